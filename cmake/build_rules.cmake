@@ -1,0 +1,44 @@
+# The rules every target is built by: warnings, hardening, sanitizers, and how libraries and
+# tests are declared.
+
+add_library(zeph_warnings INTERFACE)
+target_compile_options(zeph_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+
+# What holds for the program and its libraries, not for tests and tools.
+add_library(zeph_program_rules INTERFACE)
+target_link_libraries(zeph_program_rules INTERFACE zeph_warnings)
+target_compile_options(zeph_program_rules INTERFACE
+  $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti>
+  -fstack-protector-strong -fvisibility=hidden -ffunction-sections -fdata-sections)
+target_compile_definitions(zeph_program_rules INTERFACE
+  $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
+
+if(ZEPH_SANITIZE)
+  add_compile_options(-fsanitize=${ZEPH_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${ZEPH_SANITIZE})
+endif()
+
+# zeph_library(NAME SOURCES... ): a static library of the program, included by paths from source/.
+function(zeph_library name)
+  add_library(${name} STATIC ${ARGN})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/source)
+  target_link_libraries(${name} PUBLIC zeph_program_rules)
+endfunction()
+
+# zeph_test(NAME SOURCES... LIBRARIES...): a GoogleTest program, each of its tests a ctest test.
+# Tests run from the source folder. LABELS go to ctest, TIMEOUT is in seconds.
+function(zeph_test name)
+  cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 120)
+  endif()
+  add_executable(${name} ${arg_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/source ${PROJECT_SOURCE_DIR}/tests)
+  target_link_libraries(${name} PRIVATE zeph_warnings ${arg_LIBRARIES} GTest::gtest_main)
+  gtest_discover_tests(${name}
+    TEST_PREFIX ${name}.
+    WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
+    DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+endfunction()
