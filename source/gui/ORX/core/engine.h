@@ -1,0 +1,86 @@
+// engine.h: the one object through which the program talks to the X server.
+//
+// main makes it once, before the text renderer and before the event thread starts. It owns the
+// display connection, the input method, the table of windows, the three locks, the engine-wide
+// timer settings and the double-click clock. Whoever else calls Xlib does so on its display and
+// under its x_lock.
+//
+// Locks. x_lock (plain) is held for every Xlib call on the engine's display. table_lock
+// (recursive) is held while window slots are torn down or walked. loop_lock is held by the event
+// loop for its whole run, so that closing the display waits for it. Order: loop_lock, table_lock,
+// x_lock. Use the guards of engine_locks.h, which check the order in debug builds.
+#pragma once
+
+#include "gui/ORX/core/elapsed_time.h"
+#include "gui/ORX/core/window_slot.h"
+
+#include <X11/Xlib.h>
+#include <pthread.h>
+
+#include <atomic>
+#include <cstdint>
+
+struct UiEngine {
+    WindowSlot windows[window_capacity];
+    WindowId live_order[window_capacity]; // windows in use in order of creation, then -1
+    std::uint32_t tone_table[256];        // 255 * (i / 255) ^ 0.8, truncated; nothing reads it
+    Display* display = nullptr;           // null while closed
+    Visual* visual = nullptr;             // root visual of screen 0
+    pthread_mutex_t x_lock;
+    pthread_mutex_t loop_lock;
+    pthread_mutex_t table_lock;
+    std::int32_t depth = 0;                               // root depth of screen 0
+    std::atomic<std::int32_t> tick_interval_ms{0};        // 0 = engine-wide tick off
+    std::atomic<std::int32_t> window_tick_interval_ms{0}; // 0 = per-window ticks off
+    MonotonicTime last_press_time;                        // last press of button 1
+    std::atomic<bool> stop_requested{false};
+    std::atomic<EngineTickCallback> tick_callback{};
+    std::atomic<void*> tick_pointer{}; // has a setter and no reader
+    XErrorHandler saved_error_handler = nullptr;
+    char key_text[16]; // text of the key press being dispatched, zero-terminated
+    XIM input_method = nullptr;
+    double last_pointer_x; // unset until pointer_set_origin
+    double last_pointer_y;
+    std::atomic<float> ui_scale{0.0F}; // 0 = not yet computed
+    Cursor busy_cursor = 0;            // the watch cursor, made on first use
+};
+
+// Error code of the last X error seen while errors were trapped. Written under x_lock.
+extern std::atomic<int> last_x_error;
+
+// Makes the engine, closed, and sets the locale from the environment. Never fails; what goes
+// wrong with the locale is printed. The caller owns the engine and gives it to engine_destroy.
+[[nodiscard]] UiEngine* engine_new();
+
+// Closes the display, destroys the locks and frees the engine. The event loop must have ended or
+// be about to: this waits for it. Null is ignored.
+void engine_destroy(UiEngine* engine);
+
+// Opens the display that the environment names, and the input method. true when the display is
+// open, also when it already was. Takes x_lock.
+[[nodiscard]] bool engine_open_display(UiEngine* engine);
+
+// Stops the event loop, waits for it, closes the input method and the display. Takes loop_lock,
+// then x_lock; must not be called on the event thread while the loop runs.
+void engine_close_display(UiEngine* engine);
+
+// The display, or null while closed. Use it under x_lock.
+[[nodiscard]] Display* engine_display(const UiEngine* engine);
+
+// The mutex under which every Xlib call on engine_display is made.
+[[nodiscard]] pthread_mutex_t* engine_lock(UiEngine* engine);
+
+// Bracket Xlib calls whose failure must not end the process. Both with x_lock held; pairs do not
+// nest. The second returns the error code seen in between, 0 = none; XSync before it when the
+// answer matters.
+void trap_x_errors(UiEngine* engine);
+[[nodiscard]] int untrap_x_errors(UiEngine* engine);
+
+// Timers, in milliseconds; 0 = off. Intervals are measured within the second only, so that 1,000
+// or more never fires. No lock.
+void engine_set_tick_interval(UiEngine* engine, std::int32_t milliseconds);
+[[nodiscard]] std::int32_t engine_tick_interval(const UiEngine* engine);
+void engine_set_window_tick_interval(UiEngine* engine, std::int32_t milliseconds);
+[[nodiscard]] std::int32_t engine_window_tick_interval(const UiEngine* engine);
+void engine_set_tick_callback(UiEngine* engine, EngineTickCallback callback);
+void engine_set_tick_pointer(UiEngine* engine, void* pointer);
