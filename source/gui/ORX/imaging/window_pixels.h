@@ -1,0 +1,31 @@
+// window_pixels.h: moving a window's pixels on the server, asking for a repaint, and server-side
+// pixmaps. Device pixels; every operation takes x_lock and does nothing for a free slot or a
+// closed display.
+#pragma once
+
+#include "gui/ORX/imaging/image_surface.h"
+
+#include <cstdint>
+
+// Moves the pixels of the band by dy rows; the uncovered rows are the caller's to repaint.
+void orx_window_scroll(UiEngine* engine, WindowId id, std::int32_t x, std::int32_t y,
+                       std::int32_t width, std::int32_t height, std::int32_t dy);
+
+// Asks the event thread to repaint that area, by a synthetic Expose event. Any thread.
+void orx_window_request_redraw(UiEngine* engine, WindowId id, std::int32_t x, std::int32_t y,
+                               std::int32_t width, std::int32_t height);
+
+// A pixmap of the screen's depth for the window, 0 when the server refuses it; the caller frees it.
+[[nodiscard]] unsigned long orx_pixmap_new(UiEngine* engine, WindowId id, std::int32_t width,
+                                           std::int32_t height);
+void orx_pixmap_free(UiEngine* engine, unsigned long pixmap);
+
+// Copies a rectangle of the surface into the pixmap.
+void orx_pixmap_put(UiEngine* engine, unsigned long pixmap, ImageSurface* surface,
+                    std::int32_t source_x, std::int32_t source_y, std::int32_t destination_x,
+                    std::int32_t destination_y, std::int32_t width, std::int32_t height);
+
+// Copies a rectangle of the pixmap onto the window.
+void orx_pixmap_show(UiEngine* engine, unsigned long pixmap, WindowId id, std::int32_t source_x,
+                     std::int32_t source_y, std::int32_t width, std::int32_t height,
+                     std::int32_t destination_x, std::int32_t destination_y);

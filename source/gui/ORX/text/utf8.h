@@ -1,0 +1,12 @@
+// utf8.h: strings as code points, and taking the last one off an edit buffer. Pure.
+#pragma once
+
+#include <cstdint>
+
+// Decodes the character at position and returns the position after it. Without utf8 the code
+// point is the byte. Malformed text is decoded as it comes; a zero byte ends a sequence early.
+[[nodiscard]] const char* utf8_next(const char* position, bool utf8, std::uint32_t* code_point);
+
+// Removes the last character of a zero-terminated edit buffer of size bytes. A text of size - 1 or
+// more bytes is left alone.
+void delete_last_char(char* buffer, std::int32_t size, bool utf8);
