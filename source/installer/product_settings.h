@@ -1,0 +1,44 @@
+// product_settings.h: the one table that names the product.
+//
+// Everything that differs between two products' installers, and nothing else, stands here as
+// build-time constants. A build for another product puts a folder with its own
+// installer/product_settings.h in front of this one (ZEPH_PRODUCT_SETTINGS_DIR).
+#pragma once
+
+#include <cstdint>
+
+struct ProductSettings {
+    const char* product_name;           // window title and console prefix
+    const char* product_version;        // window title
+    const char* product_short_name;     // the desktop entry's Name, and its file's name
+    const char* product_executable;     // the desktop entry's Exec, in default_install_folder
+    const char* product_comment;        // the desktop entry's Comment
+    const char* desktop_categories;     // the desktop entry's Categories
+    const char* icon_file_name;         // the installed icon's file name
+    const char* icon_folder;            // the installed icon's folder
+    const char* default_install_folder; // where to install when no folder was chosen
+    const char* extra_folder;           // a folder to create after copying
+    std::int32_t create_extra_folder;   // 1 = create extra_folder when it does not exist
+    std::int32_t install_desktop_files; // 1 = install the desktop entry and the icon
+    std::int32_t archive_size;          // bytes of the embedded archive
+    std::int32_t verify_installation;   // 1 = compare the installed files with the payload
+    std::int32_t exact_folder_names;    // 1 = the folder reaches tar as one word, whatever it holds
+};
+
+inline constexpr ProductSettings product = {
+    .product_name = "QB20-VST",
+    .product_version = "V3.0.0",
+    .product_short_name = "qb20",
+    .product_executable = "qb20-i686",
+    .product_comment = "Vintage Marlow Limiter Plug-in",
+    .desktop_categories = "AudioVideo;AudioEditing;Audio;Recorder;",
+    .icon_file_name = "wmx-4c_icon_48px.png",
+    .icon_folder = "/usr/share/icons",
+    .default_install_folder = "/usr/lib/lv2",
+    .extra_folder = "",
+    .create_extra_folder = 0,
+    .install_desktop_files = 0,
+    .archive_size = 1058756,
+    .verify_installation = 0,
+    .exact_folder_names = 0,
+};
