@@ -1,0 +1,50 @@
+// command_words.cpp: splitting and quoting.
+#include "privilege/command_words.h"
+
+#include "privilege/privileged_runner.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+void split_command(CommandWords* words, const char* command_line) {
+    *words = CommandWords{};
+    while (words->count < command_words_most) {
+        const std::size_t length = std::strcspn(command_line, " ");
+        const std::size_t taken = length < command_word_length ? length : command_word_length;
+        std::memcpy(words->text[words->count], command_line, taken);
+        ++words->count;
+        if (command_line[length] == '\0') {
+            return;
+        }
+        command_line += length + 1;
+    }
+}
+
+bool extraction_command(char (&command)[command_line_size], const char* folder) {
+    const int length =
+        std::snprintf(command, sizeof command, "tar -xf %s -C %s", extraction_archive, folder);
+    return length >= 0 && static_cast<std::size_t>(length) < sizeof command;
+}
+
+char* quoted_extraction_command(const char* folder) {
+    constexpr char escaped_quote[] = "'\\''"; // ends the quotes, adds one, opens them again
+    const std::size_t longest = std::strlen(folder) * std::strlen(escaped_quote);
+    const std::size_t size = command_line_size + longest;
+    auto* command = static_cast<char*>(std::malloc(size));
+    if (command == nullptr) {
+        return nullptr;
+    }
+    const int start = std::snprintf(command, size, "tar -xf %s -C '", extraction_archive);
+    char* end = command + start;
+    for (const char* c = folder; *c != '\0'; ++c) {
+        if (*c == '\'') {
+            std::memcpy(end, escaped_quote, std::strlen(escaped_quote));
+            end += std::strlen(escaped_quote);
+        } else {
+            *end++ = *c;
+        }
+    }
+    std::memcpy(end, "'", 2);
+    return command;
+}

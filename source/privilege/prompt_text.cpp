@@ -1,0 +1,79 @@
+// prompt_text.cpp: matching words in a stream.
+#include "privilege/prompt_text.h"
+
+namespace {
+
+constexpr char password_word[] = "password";
+constexpr char sorry_word[] = "sorry";
+constexpr char try_again_word[] = "try again";
+
+// tolower would follow the locale; the child speaks plain ASCII.
+char lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+// One step of a match; true when c completes the word. The first letter of each word occurs
+// nowhere else in it, so a match that breaks off can only start over with c itself.
+bool match(const char* word, std::uint8_t* matched, char c) {
+    if (lower(c) != word[*matched]) {
+        *matched = 0;
+    }
+    if (lower(c) == word[*matched]) {
+        ++*matched;
+    }
+    if (word[*matched] != '\0') {
+        return false;
+    }
+    *matched = 0;
+    return true;
+}
+
+void feed_complaint(PromptText* text, char c) {
+    if (match(sorry_word, &text->sorry_matched, c)) {
+        text->sorry_end = text->length;
+    }
+    if (match(try_again_word, &text->try_again_matched, c)) {
+        text->try_again_end = text->length;
+    }
+    if (text->sorry_end != 0 && text->try_again_end != 0) {
+        const std::uint64_t apart = text->sorry_end > text->try_again_end
+                                        ? text->sorry_end - text->try_again_end
+                                        : text->try_again_end - text->sorry_end;
+        text->complained = text->complained || apart < reading_length;
+    }
+}
+
+void feed_byte(PromptText* text, char c) {
+    ++text->length;
+    if (c == '\n') {
+        text->answer_line = false;
+        text->line_is_open = false;
+        text->prompt_is_open = false;
+    } else if (static_cast<unsigned char>(c) > ' ') {
+        text->line_is_open = true;
+    }
+    if (match(password_word, &text->password_matched, c)) {
+        text->prompt_is_open = true;
+        text->prompt_mentioned = true;
+    }
+    feed_complaint(text, c);
+}
+
+} // namespace
+
+PromptText prompt_text_start() {
+    return PromptText{};
+}
+
+void prompt_text_feed(PromptText* text, const char* bytes, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        feed_byte(text, bytes[i]);
+    }
+}
+
+void prompt_text_answered(PromptText* text) {
+    const bool line_is_open = text->line_is_open;
+    *text = PromptText{};
+    text->answer_line = true;
+    text->line_is_open = line_is_open;
+}
