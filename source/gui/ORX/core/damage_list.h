@@ -21,7 +21,8 @@ struct DamageList {
 
 // Adds a rectangle; its edges may come in either order. Rectangles it covers leave the list, a
 // rectangle that covers it keeps it out, and one that it overlaps is cut to the parts outside it.
-// When no memory can be had the list is left as it was.
+// When no more memory can be had the list becomes one rectangle round everything; only when there
+// is not even storage for the first rectangle is it lost.
 void damage_add(DamageList* list, std::int32_t left, std::int32_t top, std::int32_t right,
                 std::int32_t bottom);
 

@@ -8,7 +8,8 @@ using MonotonicTime = timespec;
 
 [[nodiscard]] MonotonicTime monotonic_now();
 
-// Seconds from a (earlier) to b (later); -1 when b lies before a.
+// Seconds from a (earlier) to b (later); negative when b lies before a, and then -1 unless the
+// nanoseconds had to borrow.
 [[nodiscard]] float elapsed_seconds(const MonotonicTime& a, const MonotonicTime& b);
 
 // Milliseconds from a to b within the second: whole seconds are ignored on purpose, so that 1.5 s

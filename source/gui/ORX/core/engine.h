@@ -37,12 +37,13 @@ struct UiEngine {
     std::atomic<EngineTickCallback> tick_callback{};
     std::atomic<void*> tick_pointer{}; // has a setter and no reader
     XErrorHandler saved_error_handler = nullptr;
-    char key_text[16]; // text of the key press being dispatched, zero-terminated
+    char key_text[17]; // text of the key press being dispatched: up to 16 bytes, zero-terminated
     XIM input_method = nullptr;
     double last_pointer_x; // unset until pointer_set_origin
     double last_pointer_y;
-    std::atomic<float> ui_scale{0.0F}; // 0 = not yet computed
-    Cursor busy_cursor = 0;            // the watch cursor, made on first use
+    std::atomic<float> ui_scale{0.0F};        // 0 = not yet computed
+    Cursor busy_cursor = 0;                   // the watch cursor, made on first use
+    std::atomic<bool> connection_lost{false}; // the X server or the connection to it has gone
 };
 
 // Error code of the last X error seen while errors were trapped. Written under x_lock.
@@ -57,22 +58,31 @@ extern std::atomic<int> last_x_error;
 void engine_destroy(UiEngine* engine);
 
 // Opens the display that the environment names, and the input method. true when the display is
-// open, also when it already was. Takes x_lock.
+// open, also when it already was; false when it cannot be opened or its connection was lost and it
+// has not been closed since. Without an input method a line says so, windows get no input context
+// and their on_key_press is not called. Takes x_lock, any thread.
 [[nodiscard]] bool engine_open_display(UiEngine* engine);
 
-// Stops the event loop, waits for it, closes the input method and the display. Takes loop_lock,
-// then x_lock; must not be called on the event thread while the loop runs.
+// Stops the event loop, waits for it, closes the input method and the display. Windows that are
+// left end with the display and their slots are given back. Takes loop_lock, table_lock and x_lock;
+// must not be called on the event thread while the loop runs. After a lost connection nothing is
+// sent or printed and the dead display is left to the end of the process.
 void engine_close_display(UiEngine* engine);
 
-// The display, or null while closed. Use it under x_lock.
+// The display, or null while closed or once its connection is lost. Call and use it under x_lock.
 [[nodiscard]] Display* engine_display(const UiEngine* engine);
+
+// true once the X server or the connection to it has gone: from then on every operation acts as
+// with a closed display, and the loop only ticks. Ends with engine_close_display. No lock, any
+// thread.
+[[nodiscard]] bool engine_connection_lost(const UiEngine* engine);
 
 // The mutex under which every Xlib call on engine_display is made.
 [[nodiscard]] pthread_mutex_t* engine_lock(UiEngine* engine);
 
 // Bracket Xlib calls whose failure must not end the process. Both with x_lock held; pairs do not
-// nest. The second returns the error code seen in between, 0 = none; XSync before it when the
-// answer matters.
+// nest. The second returns the error code seen in between, 0 = none; XSync before it, or errors
+// that are still under way end the process later. XErrorTrap (x_error_trap.h) does all of that.
 void trap_x_errors(UiEngine* engine);
 [[nodiscard]] int untrap_x_errors(UiEngine* engine);
 

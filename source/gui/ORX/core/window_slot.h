@@ -1,7 +1,8 @@
 // window_slot.h: the record of one window in the engine's table.
 //
-// The record is written under table_lock and x_lock together and may be read under either. The
-// callbacks and aux_pointer are atomic: setters store and the event thread loads without a lock.
+// The record is written under table_lock and x_lock together and may be read under either; damage
+// and input_context go by x_lock alone. The atomic fields may be read without a lock; the callbacks
+// and aux_pointer may be written without one, too.
 #pragma once
 
 #include "gui/ORX/core/damage_list.h"
@@ -14,8 +15,8 @@
 #include <cstdint>
 
 struct WindowSlot {
-    Window window = 0; // X window, 0 = none
-    Pixmap pixmap = 0; // icon pixmap that belongs to the window and is freed with it
+    std::atomic<Window> window{0}; // X window, 0 = none
+    Pixmap pixmap = 0;             // icon pixmap that belongs to the window and is freed with it
 
     std::atomic<ConfigureCallback> on_configure{};
     std::atomic<PaintCallback> on_paint{};
@@ -38,8 +39,8 @@ struct WindowSlot {
     XIC input_context = nullptr;
     float scale = 1.0F;                     // UI scale given at creation
     std::uint32_t inverse_scale = 0x10000U; // 16.16 fixed point of 1 / scale, truncated
-    std::uint32_t width = 0;                // device pixels, as created, resized or last configured
-    std::uint32_t height = 0;
+    std::atomic<std::uint32_t> width{0};    // device pixels, as created, resized or last configured
+    std::atomic<std::uint32_t> height{0};
     std::uint32_t x = 0; // position given at creation
     std::uint32_t y = 0;
     std::atomic<std::uint8_t> in_use{0}; // 1 while the slot holds a window

@@ -1,0 +1,112 @@
+// message_events.cpp: delivering the clipboard's answer, the close request and other messages.
+#include "gui/ORX/core/event_dispatch.h"
+
+#include "gui/ORX/core/event_target.h"
+#include "gui/ORX/core/window_placement_locked.h"
+#include "gui/ORX/core/window_records.h"
+#include "gui/ORX/core/x_error_trap.h"
+
+#include <X11/Xatom.h>
+
+namespace {
+
+constexpr long largest_answer = 10'000'000; // in units of 4 bytes
+
+// The text that the owner left, or null when there is none. Text that is sent in pieces arrives
+// with another type and counts as none. With x_lock held.
+unsigned char* read_answer(UiEngine* engine, Window requestor) {
+    Display* display = engine_display(engine);
+    if (display == nullptr) {
+        return nullptr;
+    }
+    Atom type = 0;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long left = 0;
+    unsigned char* data = nullptr;
+    const XErrorTrap trap(engine);
+    const int status = XGetWindowProperty(display, requestor, XA_PRIMARY, 0, largest_answer, False,
+                                          XA_STRING, &type, &format, &count, &left, &data);
+    if (status == Success && type == XA_STRING && format == 8) {
+        return data;
+    }
+    if (status == Success && data != nullptr) {
+        XFree(data);
+    }
+    return nullptr;
+}
+
+struct ClosedWindow {
+    EventTarget<CloseCallback> target;
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+};
+
+// Ends the X window and leaves its slot in use for the callback.
+ClosedWindow close_x_window(UiEngine* engine, Window window) {
+    const TableLockGuard table_guard(engine);
+    const XLockGuard x_guard(engine);
+    ClosedWindow closed;
+    closed.target = target_with_lock(engine, window, &WindowSlot::on_close);
+    Display* display = engine_display(engine);
+    if (closed.target.id == no_window || display == nullptr) {
+        return {};
+    }
+    const XErrorTrap trap(engine);
+    outer_position(display, window, &closed.x, &closed.y);
+    XFlush(display);
+    XDestroyWindow(display, window);
+    free_window_resources(engine, &engine->windows[closed.target.id]);
+    return closed;
+}
+
+// The callback may have given the slot back already, and a new window may have taken it.
+void give_back_closed(UiEngine* engine, Window window) {
+    const TableLockGuard table_guard(engine);
+    const XLockGuard x_guard(engine);
+    if (const WindowId id = window_from_x_window(engine, window); id != no_window) {
+        const XErrorTrap trap(engine);
+        give_back_slot(engine, id);
+    }
+}
+
+void dispatch_close_request(UiEngine* engine, Window window) {
+    const ClosedWindow closed = close_x_window(engine, window);
+    const EventTarget<CloseCallback>& target = closed.target;
+    if (target.callback != nullptr) {
+        target.callback(closed.x, closed.y, target.id, target.user_data);
+    }
+    give_back_closed(engine, window);
+}
+
+bool is_close_request(UiEngine* engine, const XClientMessageEvent& event) {
+    const XLockGuard x_guard(engine);
+    const WindowId id = window_from_x_window(engine, event.window);
+    return id != no_window && engine->windows[id].delete_atom == static_cast<Atom>(event.data.l[0]);
+}
+
+} // namespace
+
+void dispatch_selection(UiEngine* engine, const XSelectionEvent& event) {
+    EventTarget<SelectionCallback> target;
+    unsigned char* data = nullptr;
+    {
+        const XLockGuard x_guard(engine);
+        target = target_with_lock(engine, event.requestor, &WindowSlot::on_selection);
+        if (target.callback == nullptr) {
+            return;
+        }
+        data = read_answer(engine, event.requestor);
+    }
+    target.callback(data, target.id, target.user_data);
+}
+
+void dispatch_client_message(UiEngine* engine, const XClientMessageEvent& event) {
+    if (is_close_request(engine, event)) {
+        return dispatch_close_request(engine, event.window);
+    }
+    const auto target = find_target(engine, event.window, &WindowSlot::on_client_message);
+    if (target.callback != nullptr) {
+        target.callback(event.data.l[0], target.user_data, event.window);
+    }
+}
