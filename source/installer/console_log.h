@@ -1,0 +1,6 @@
+// console_log.h: the installer's one console routine.
+#pragma once
+
+// printf to standard output, then flush. Adds nothing: each message carries its own prefix and
+// line end. Any thread. A console that is gone is not an error.
+[[gnu::format(printf, 1, 2)]] void log_print(const char* format, ...);

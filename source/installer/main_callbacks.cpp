@@ -1,0 +1,167 @@
+// main_callbacks.cpp: the event thread's side of the main window: input, the tick, repainting.
+#include "installer/main_callbacks.h"
+
+#include "gui/ORX/core/clipboard.h"
+#include "gui/ORX/core/window_table.h"
+#include "installer/console_log.h"
+#include "installer/installer_state.h"
+#include "installer/window_picture.h"
+
+#include <X11/Xlib.h>
+
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+constexpr std::int32_t left_button = 1;
+constexpr std::int32_t middle_button = 2;
+constexpr unsigned long keysym_return = 0xFF0D;
+
+void paint_panel() {
+    message_panel_paint(installer.panel, installer.main_picture.surface);
+    message_panel_request_redraw(installer.panel, installer.main_window);
+}
+
+void paint_field() {
+    password_field_paint_background(installer.field, installer.main_picture.surface);
+    password_field_paint(installer.field, installer.main_picture.surface);
+    password_field_request_redraw(installer.field, installer.main_window);
+}
+
+void paint_bar() {
+    progress_bar_paint_background(installer.bar, installer.main_picture.surface);
+    progress_bar_paint(installer.bar, installer.main_picture.surface);
+    progress_bar_request_redraw(installer.bar, installer.main_window);
+}
+
+void paint_button() {
+    push_button_paint_background(installer.button, installer.main_picture.surface);
+    push_button_paint(installer.button, installer.main_picture.surface);
+    push_button_request_redraw(installer.button, installer.main_window);
+}
+
+void mark_button(bool pressed) {
+    push_button_set_pressed(installer.button, pressed);
+    push_button_set_highlighted(installer.button, pressed);
+    push_button_set_dirty(installer.button, true);
+    installer.ui_dirty = 1;
+}
+
+void on_paint(std::int32_t left, std::int32_t top, std::int32_t width, std::int32_t height,
+              WindowId id, void* /*user_data*/) {
+    window_picture_show(installer.main_picture, id, left, top, width, height);
+}
+
+void on_button_press(std::int32_t x, std::int32_t y, std::int32_t button, WindowId id,
+                     void* /*user_data*/) {
+    const std::lock_guard<std::mutex> lock(installer.screen_lock);
+    if (button == middle_button && password_field_hit(installer.field, x, y)) {
+        clipboard_request_paste(installer.engine, id);
+    }
+    if (button == left_button && push_button_hit(installer.button, x, y)) {
+        mark_button(true);
+    }
+}
+
+void on_button_release(std::int32_t /*x*/, std::int32_t /*y*/, std::int32_t button, WindowId /*id*/,
+                       void* /*user_data*/) {
+    const std::lock_guard<std::mutex> lock(installer.screen_lock);
+    if (button == left_button && push_button_get_highlighted(installer.button)) {
+        mark_button(false);
+        installer.finish_requested = 1;
+    }
+}
+
+// The text may be a password: no copy of it is left behind.
+void on_selection(unsigned char* data, WindowId /*id*/, void* /*user_data*/) {
+    if (data == nullptr) {
+        return;
+    }
+    char* text = reinterpret_cast<char*>(data);
+    {
+        const std::lock_guard<std::mutex> lock(installer.screen_lock);
+        password_field_set_text(installer.field, text);
+        password_field_set_dirty(installer.field, true);
+        installer.ui_dirty = 1;
+    }
+    explicit_bzero(text, std::strlen(text));
+    XFree(data);
+}
+
+void on_key_press(const char* text, unsigned long keysym, std::uint32_t /*state*/, WindowId /*id*/,
+                  void* /*user_data*/) {
+    const std::lock_guard<std::mutex> lock(installer.screen_lock);
+    if (!push_button_get_hidden(installer.button)) {
+        if (keysym == keysym_return) {
+            installer.finish_requested = 1;
+        }
+        return;
+    }
+    if (password_field_key(installer.field, keysym, text) == 1) {
+        installer.password_submitted = 1;
+    } else {
+        paint_field();
+    }
+}
+
+void on_close(std::int32_t /*outer_x*/, std::int32_t /*outer_y*/, WindowId /*id*/,
+              void* /*user_data*/) {
+    installer.cancel_requested = 1;
+}
+
+bool on_tick(void* /*user_data*/) {
+    const std::lock_guard<std::mutex> lock(installer.screen_lock);
+    if (installer.ui_dirty.exchange(0) != 0) {
+        if (message_panel_get_dirty(installer.panel)) {
+            message_panel_set_dirty(installer.panel, false);
+            paint_panel();
+        }
+        if (password_field_get_dirty(installer.field)) {
+            password_field_set_dirty(installer.field, false);
+            paint_field();
+        }
+        if (progress_bar_get_dirty(installer.bar)) {
+            progress_bar_set_dirty(installer.bar, false);
+            paint_bar();
+        }
+        if (push_button_get_dirty(installer.button)) {
+            push_button_set_dirty(installer.button, false);
+            paint_button();
+        }
+    }
+    if (progress_bar_get_mode(installer.bar) == progress_mode_bouncing &&
+        !progress_bar_get_hidden(installer.bar)) {
+        paint_bar();
+    }
+    return true;
+}
+
+void on_folder_chosen(const char* path, void* /*user_data*/) {
+    installer.install_folder = strdup(path);
+    log_print("** INFO ** %s: Installing to - %s\n", installer.title, path);
+    installer.folder_chosen = 1;
+}
+
+void on_folder_cancelled(const char* /*path*/, void* /*user_data*/) {
+    installer.folder_cancelled = 1;
+}
+
+} // namespace
+
+void main_callbacks_register() {
+    UiEngine* engine = installer.engine;
+    const WindowId id = installer.main_window;
+    window_set_on_paint(engine, id, on_paint);
+    window_set_on_button_press(engine, id, on_button_press);
+    window_set_on_button_release(engine, id, on_button_release);
+    window_set_on_selection(engine, id, on_selection);
+    window_set_on_close(engine, id, on_close);
+    window_set_on_tick(engine, id, on_tick);
+    folder_dialog_set_accept_callback(installer.browser, on_folder_chosen, nullptr);
+    folder_dialog_set_cancel_callback(installer.browser, on_folder_cancelled, nullptr);
+}
+
+void main_callbacks_register_keys() {
+    window_set_on_key_press(installer.engine, installer.main_window, on_key_press);
+}

@@ -1,0 +1,8 @@
+// main_callbacks.h: what the main window and the folder browser do with events.
+#pragma once
+
+// Registers the callbacks of the main window, but for its keys, and those of the browser.
+void main_callbacks_register();
+
+// Registers the key callback.
+void main_callbacks_register_keys();

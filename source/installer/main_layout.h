@@ -1,0 +1,31 @@
+// main_layout.h: where everything stands in the main window, and in which colours.
+//
+// Design pixels; colours are red, green, blue from 0 to 255.
+#pragma once
+
+#include <cstdint>
+
+struct Colour {
+    std::int32_t r;
+    std::int32_t g;
+    std::int32_t b;
+};
+
+struct Rectangle {
+    std::int32_t x;
+    std::int32_t y;
+    std::int32_t w;
+    std::int32_t h;
+};
+
+inline constexpr Colour layout_grey{56, 56, 56};
+inline constexpr Colour layout_light_grey{127, 127, 127};
+inline constexpr Colour layout_accent{255, 47, 255};
+inline constexpr Colour layout_white{255, 255, 255};
+
+inline constexpr Rectangle password_field_place{225, 360, 150, 16};
+inline constexpr Rectangle progress_bar_place{25, 360, 550, 16};
+inline constexpr Rectangle ok_button_place{268, 356, 64, 20};
+
+inline constexpr const char* ok_button_label = "OK";
+inline constexpr const char* folder_browser_title = "- Select your VST plugins folder -";

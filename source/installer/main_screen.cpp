@@ -1,0 +1,115 @@
+// main_screen.cpp: what the flow changes in the main window, each change under screen_lock.
+#include "installer/installer_state.h"
+#include "installer/main_callbacks.h"
+#include "installer/main_layout.h"
+#include "installer/main_window.h"
+
+#include <cstring>
+
+namespace {
+
+using ScreenLock = std::lock_guard<std::mutex>;
+
+void fill_panel(const ScreenText& screen) {
+    MessagePanel* panel = installer.panel;
+    message_panel_clear_lines(panel);
+    message_panel_set_line(panel, 0, installer.subtitle);
+    for (std::size_t i = 0; i < screen.line_count; ++i) {
+        const ScreenLine& line = screen.lines[i];
+        message_panel_set_line_with_mode(panel, line.index, line.text,
+                                         static_cast<std::uint32_t>(line.mode));
+    }
+    message_panel_set_dimmed(panel, screen.dimmed);
+    message_panel_set_dirty(panel, true);
+}
+
+void focus_field(bool focused) {
+    password_field_set_focused(installer.field, focused);
+    password_field_set_dirty(installer.field, true);
+}
+
+void start_bar(const char* caption, ProgressKind kind) {
+    progress_bar_set_caption(installer.bar, caption);
+    progress_bar_set_fraction(installer.bar, 0.0F);
+    progress_bar_set_mode(installer.bar, static_cast<std::uint32_t>(kind));
+    progress_bar_set_dirty(installer.bar, true);
+}
+
+} // namespace
+
+void main_window_show_screen(const ScreenText& screen) {
+    const ScreenLock lock(installer.screen_lock);
+    fill_panel(screen);
+    installer.ui_dirty = 1;
+}
+
+void main_window_ask_for_password() {
+    const ScreenLock lock(installer.screen_lock);
+    password_field_set_dirty(installer.field, true);
+    installer.ui_dirty = 1;
+}
+
+void main_window_hold_password() {
+    const ScreenLock lock(installer.screen_lock);
+    focus_field(false);
+    installer.ui_dirty = 1;
+}
+
+void main_window_refuse_password() {
+    const ScreenLock lock(installer.screen_lock);
+    fill_panel(incorrect_password_screen);
+    password_field_clear(installer.field);
+    focus_field(true);
+    installer.ui_dirty = 1;
+}
+
+char* main_window_take_password() {
+    const ScreenLock lock(installer.screen_lock);
+    return strdup(password_field_get_text(installer.field));
+}
+
+void main_window_start_installing() {
+    const ScreenLock lock(installer.screen_lock);
+    fill_panel(installing_screen);
+    password_field_clear(installer.field);
+    password_field_set_hidden(installer.field, true);
+    progress_bar_set_hidden(installer.bar, false);
+    start_bar("Unpacking Files", ProgressKind::fraction);
+    installer.ui_dirty = 1;
+}
+
+void main_window_start_progress(const char* caption, ProgressKind kind) {
+    const ScreenLock lock(installer.screen_lock);
+    start_bar(caption, kind);
+    installer.ui_dirty = 1;
+}
+
+void main_window_set_progress(float fraction) {
+    const ScreenLock lock(installer.screen_lock);
+    progress_bar_set_fraction(installer.bar, fraction);
+    progress_bar_set_dirty(installer.bar, true);
+    installer.ui_dirty = 1;
+}
+
+void main_window_show_last_screen(const ScreenText& screen) {
+    const ScreenLock lock(installer.screen_lock);
+    progress_bar_set_hidden(installer.bar, true);
+    fill_panel(screen);
+    installer.ui_dirty = 1;
+}
+
+void main_window_offer_ok() {
+    const ScreenLock lock(installer.screen_lock);
+    push_button_set_hidden(installer.button, false);
+    push_button_set_dirty(installer.button, true);
+    installer.ui_dirty = 1;
+}
+
+void main_window_open_browser() {
+    folder_dialog_set_title(installer.browser, folder_browser_title);
+    folder_dialog_open(installer.browser);
+}
+
+void main_window_close_browser() {
+    folder_dialog_close(installer.browser);
+}

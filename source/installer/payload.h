@@ -1,0 +1,18 @@
+// payload.h: writing the embedded files out, putting them in place as root, cleaning up.
+//
+// All three run on the main thread.
+#pragma once
+
+#include <cstdint>
+
+// Writes the plug-in archive (and the desktop files, where the product has them) to /tmp, with
+// the progress bar following. 0 = written; 1 = a file could not be made or written in full, or
+// the installation was cancelled; what is there is left for remove_temporary_files.
+[[nodiscard]] std::int32_t unpack_payload();
+
+// Extracts the archive into the chosen folder and installs the desktop files, as root, with the
+// accepted password. 0 = done; other = failed or cancelled.
+[[nodiscard]] std::int32_t copy_files();
+
+// Unlinks the temporary files. Always 0; errors are ignored.
+std::int32_t remove_temporary_files();
