@@ -1,0 +1,81 @@
+# shellcheck shell=bash disable=SC2034
+# The packages that building, testing and the private tour need, and how they get onto the machine.
+#
+# Sourced by ./run and ./test. On Debian and Ubuntu what is missing is installed: as root at once, as
+# an ordinary user after a question. On other distributions the packages are named, and the commands
+# go on only when the tools are there.
+
+build_packages=(g++ cmake ninja-build libx11-dev libpng-dev)
+tour_packages=(libxtst-dev libxcb1-dev libgtest-dev sudo passwd tar gzip xvfb openbox ladspa-sdk)
+test_packages=(clang clang-tidy clang-format twm x11-utils xclip xsel desktop-file-utils python3
+    binutils file procps ccache)
+
+# What stands for the packages where there is no dpkg to ask.
+tool_of() {
+    case $1 in
+    ninja-build) echo ninja ;;
+    clang) echo clang++ ;;
+    xvfb) echo Xvfb ;;
+    ladspa-sdk) echo analyseplugin ;;
+    passwd) echo useradd ;;
+    desktop-file-utils) echo desktop-file-validate ;;
+    x11-utils) echo xprop ;;
+    binutils) echo readelf ;;
+    procps) echo ps ;;
+    lib*) echo "" ;;
+    *) echo "$1" ;;
+    esac
+}
+
+missing_packages() {
+    local package tool
+    for package in "$@"; do
+        if command -v dpkg-query > /dev/null; then
+            dpkg-query -W -f '${db:Status-Status}\n' "$package" 2> /dev/null |
+                grep -qx installed || echo "$package"
+        else
+            tool=$(tool_of "$package")
+            [ -z "$tool" ] || command -v "$tool" > /dev/null || echo "$package"
+        fi
+    done
+}
+
+# ensure_packages PACKAGE...: returns when all are there; ends the script when they cannot be had.
+ensure_packages() {
+    local missing as_root=()
+    mapfile -t missing < <(missing_packages "$@")
+    [ ${#missing[@]} -gt 0 ] || return 0
+    if ! command -v apt-get > /dev/null; then
+        echo "Please install what these Debian packages hold, then start again: ${missing[*]}" >&2
+        exit 1
+    fi
+    if [ "$(id -u)" -ne 0 ]; then
+        echo "These packages are missing: ${missing[*]}"
+        if ! [ -t 0 ] || ! command -v sudo > /dev/null; then
+            echo "Please install them as root: apt-get install ${missing[*]}" >&2
+            exit 1
+        fi
+        read -r -p "Install them with sudo apt-get? [y/N] " answer
+        case $answer in
+        [yY]*) as_root=(sudo) ;;
+        *) exit 1 ;;
+        esac
+    fi
+    echo "installing ${missing[*]}"
+    local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q
+        -o DPkg::Lock::Timeout=300 -o Acquire::Retries=3)
+    mkdir -p build/logs
+    # A machine may never have fetched its package lists, or long ago.
+    if ! { "${apt[@]}" update && "${apt[@]}" install -y --no-install-recommends "${missing[@]}"; } \
+        > build/logs/packages.log 2>&1 < /dev/null; then
+        tail -n 20 build/logs/packages.log >&2
+        echo "The packages could not be installed." >&2
+        exit 1
+    fi
+}
+
+# clang's sanitizer libraries are a package of their own whose name holds clang's version.
+ensure_sanitizer_libraries() {
+    echo 'int main() {}' | clang++ -fsanitize=address -x c++ -o /dev/null - 2> /dev/null && return
+    ensure_packages "libclang-rt-$(clang++ -dumpversion | cut -d. -f1)-dev"
+}
