@@ -33,7 +33,7 @@ struct TextRenderer;
 using FolderDialogCallback = void (*)(const char* path, void* user);
 
 // Device rows of the list that are drawn into its pixmap at a time, when they first come into view.
-inline constexpr std::int32_t folder_list_band_height = 256;
+inline constexpr std::int32_t folder_list_band_height = 64;
 inline constexpr std::int32_t folder_list_band_count = 32768 / folder_list_band_height;
 
 struct FolderDialog {
