@@ -40,11 +40,11 @@ struct InstallerState {
     char subtitle[title_size] = {}; // "- PRODUCT VERSION Installer -": line 0 of every screen
     std::int32_t auth_method = 0;   // AuthMethod
     std::atomic<std::int32_t> cancel_requested{0};
-    std::int32_t another_instance = 0; // 1 = the lock file is somebody else's and stays
-    char* install_folder = nullptr;    // owned; null = none chosen. Written before folder_chosen
-    char* password = nullptr;          // owned, wiped before it is freed
-    UiEngine* engine = nullptr;        // owned
-    TextRenderer* text = nullptr;      // owned
+    std::int32_t another_instance = 0;          // 1 = the lock file is somebody else's and stays
+    std::atomic<char*> install_folder{nullptr}; // owned; null = none chosen
+    char* password = nullptr;                   // owned, wiped before it is freed
+    UiEngine* engine = nullptr;                 // owned
+    TextRenderer* text = nullptr;               // owned
     pthread_t gui_thread{};
     int gui_thread_result = 0;
     struct sigaction saved_sigterm {};

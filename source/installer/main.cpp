@@ -128,8 +128,7 @@ void tear_down() {
         destroy_engine();
     }
     wipe_and_free(&installer.password);
-    std::free(installer.install_folder);
-    installer.install_folder = nullptr;
+    std::free(installer.install_folder.exchange(nullptr));
     if (installer.another_instance != 1) {
         remove_lock_file();
     }

@@ -156,8 +156,8 @@ std::int32_t copy_files() {
     if (installer.auth_method == auth_method_none) {
         return 1;
     }
-    const char* folder = installer.install_folder != nullptr ? installer.install_folder
-                                                             : product.default_install_folder;
+    const char* chosen = installer.install_folder;
+    const char* folder = chosen != nullptr ? chosen : product.default_install_folder;
     std::int32_t result = extract_archive(folder);
     if (result != 0 || product.install_desktop_files == 0) {
         return result;
