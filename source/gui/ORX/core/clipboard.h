@@ -3,7 +3,9 @@
 
 #include "gui/ORX/core/window_id.h"
 
-// Gives the window the input focus and asks the owner of CLIPBOARD for STRING text. The answer
-// reaches the window's on_selection; with no owner none comes. Takes x_lock, any thread. Does
-// nothing for a free slot or a closed display.
+// Gives the window the input focus (if it is viewable) and asks the owner of CLIPBOARD for STRING
+// text. The answer reaches the window's on_selection on the event thread: the whole text, or null
+// when the owner refused or would send it in pieces. With no owner, or one that dies before it
+// answers, nothing comes. Takes x_lock, any thread. Does nothing for a free slot or a closed
+// display.
 void clipboard_request_paste(UiEngine* engine, WindowId id);

@@ -9,7 +9,7 @@
 
 #include <cstdint>
 
-// ConfigureNotify. The height comes before the width.
+// ConfigureNotify. The height comes before the width. A repaint of the whole window follows.
 using ConfigureCallback = void (*)(std::int32_t height, std::int32_t width, WindowId id,
                                    void* user_data);
 // One damaged rectangle, right and bottom exclusive.
@@ -37,8 +37,8 @@ using CloseCallback = void (*)(std::int32_t outer_x, std::int32_t outer_y, Windo
 // it is null for a release.
 using KeyCallback = void (*)(const char* text, unsigned long keysym, std::uint32_t state,
                              WindowId id, void* user_data);
-// SelectionNotify. data belongs to the callback, which frees it with XFree; null when the owner
-// refused. It is zero-terminated.
+// SelectionNotify. data is STRING text, zero-terminated, and belongs to the callback, which frees
+// it with XFree; null when the owner refused or sends the text in pieces.
 using SelectionCallback = void (*)(unsigned char* data, WindowId id, void* user_data);
 // Periodic. false unregisters the callback.
 using TickCallback = bool (*)(void* user_data);

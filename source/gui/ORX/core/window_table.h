@@ -1,8 +1,15 @@
 // window_table.h: making and ending windows, and the table's rules.
 //
-// A new window takes the lowest free slot and goes to the end of live_order. Every operation does
-// nothing for a slot not in use, and nothing while the display is closed. Handles are not checked
-// for range: pass only handles that were given.
+// A new window takes the lowest free slot and goes to the end of live_order. A slot that is given
+// back keeps on_close, aux_pointer, x, y and delete_atom, so set on_close anew for each window.
+// Every operation does nothing for a slot not in use, and nothing while the display is closed or
+// its connection lost. Handles are not checked for range: pass only handles that were given. All
+// operations may be called on any thread and in callbacks; no X error ends the process.
+//
+// A callback that the event thread has begun to deliver still comes after another thread has
+// destroyed the window or cleared its callbacks, so what user_data points to must live until the
+// event thread has gone on. on_paint and on_tick are the exception: destroying and clearing wait
+// for them.
 #pragma once
 
 #include "gui/ORX/core/window_callbacks.h"
@@ -11,9 +18,11 @@
 #include <cstdint>
 
 // Creation. x, y are device pixels of the root window; width and height are design pixels and are
-// multiplied by scale. The window is not mapped and selects no input. Colours are 0 to 255. Each
-// returns the handle, or -1 when the display is closed or all 255 slots are in use. Takes
-// table_lock, then x_lock.
+// multiplied by scale, rounded. The window is not mapped and selects no input; its only protocol is
+// WM_DELETE_WINDOW, its background black unless it is a splash (white) or colored. Colours are 0 to
+// 255. Each returns the handle, or -1 when the display is closed, all 255 slots are in use, the
+// device size is not 1 to 65535 or the server refuses. With a full table the X window that was made
+// stays, unmapped, until the display closes. Takes table_lock, then x_lock.
 [[nodiscard]] WindowId window_create_simple(UiEngine* engine, std::int32_t x, std::int32_t y,
                                             std::int32_t width, std::int32_t height,
                                             void* user_data, float scale);
@@ -28,21 +37,25 @@
                                            std::int32_t width, std::int32_t height, void* user_data,
                                            float scale);
 
-// Destroys the window and gives its slot back. Returns the X error code, 0 = success or nothing to
-// do. Takes table_lock, then x_lock.
+// Destroys the window, its pixmap and its input context and gives its slot back. Returns the X
+// error code (3 when the server had destroyed the window already), 0 = success or nothing to do;
+// the slot is free either way. Takes table_lock, then x_lock.
 int window_destroy(UiEngine* engine, WindowId id);
 
-// Gives back the slot of a window that the server has already destroyed.
+// Gives back the slot of a window that the server has already destroyed, with its pixmap and input
+// context. Takes table_lock, then x_lock.
 void window_forget(UiEngine* engine, WindowId id);
 
-// Destroys every window; live_order stays as it is.
+// Destroys every window; live_order stays as it is. Takes table_lock, then x_lock.
 void window_destroy_all(UiEngine* engine);
 
 // Clears every callback but on_close, under table_lock then x_lock, or without locks.
 void window_clear_callbacks(UiEngine* engine, WindowId id);
 void window_clear_callbacks_unlocked(UiEngine* engine, WindowId id);
 
-// Queries. is_valid and reparent return the X error code, 0 = fine.
+// Queries and reparenting. is_valid and reparent take x_lock and return the X error code, 0 = fine
+// or nothing done; reparent puts the window at 0, 0 of its new parent. The others take no lock.
+// Sizes are device pixels, 0 for a free slot. X window 0 is in no slot.
 [[nodiscard]] int window_is_valid(UiEngine* engine, unsigned long x_window);
 int window_reparent(UiEngine* engine, WindowId id, unsigned long new_parent);
 [[nodiscard]] unsigned long window_x_window(const UiEngine* engine, WindowId id); // 0 = none
