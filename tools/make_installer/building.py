@@ -37,11 +37,10 @@ class Progress:
 
 
 def run(command):
-    """Runs a command to its end; BuildError with everything it said when it fails."""
-    result = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+    """Runs a command to its end; BuildError with its complaints when it fails."""
+    result = subprocess.run(command, capture_output=True, text=True, errors="replace", check=False)
     if result.returncode != 0:
-        raise BuildError(f"{command[0]} failed:\n{result.stdout.decode(errors='replace')}")
-    return result.stdout.decode(errors="replace")
+        raise BuildError(f"{command[0]} failed:\n{result.stderr or result.stdout}")
 
 
 def configure(stage, build_folder):
