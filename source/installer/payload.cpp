@@ -90,6 +90,14 @@ std::int32_t extract_archive(const char* folder) {
     return su_extract(&installer.runner, folder, installer.password);
 }
 
+// What stands in the folder must be what the archive holds.
+bool installation_is_complete(const char* folder) {
+    if (installer.auth_method == auth_method_sudo) {
+        return sudo_verify(&installer.runner, folder, installer.password);
+    }
+    return su_verify(&installer.runner, folder, installer.password);
+}
+
 // Formats a command and runs it; a command that does not fit is not run.
 [[gnu::format(printf, 1, 2)]] std::int32_t run_formatted(const char* format, ...) {
     char command[command_size];
@@ -159,8 +167,14 @@ std::int32_t copy_files() {
     const char* chosen = installer.install_folder;
     const char* folder = chosen != nullptr ? chosen : product.default_install_folder;
     std::int32_t result = extract_archive(folder);
-    if (result != 0 || product.install_desktop_files == 0) {
+    if (result != 0) {
         return result;
+    }
+    if (product.verify_installation == 1 && !installation_is_complete(folder)) {
+        return 1;
+    }
+    if (product.install_desktop_files == 0) {
+        return 0;
     }
     result = install_desktop_icon_and_entry();
     if (result != 0) {

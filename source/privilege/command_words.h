@@ -27,3 +27,7 @@ void split_command(CommandWords* words, const char* command_line);
 // The same, for a shell, with folder quoted so that it stays one word whatever it holds. The
 // caller frees it; null when there is no memory.
 [[nodiscard]] char* quoted_extraction_command(const char* folder);
+
+// Both again, for the command that compares what stands in folder with the archive.
+[[nodiscard]] bool comparison_command(char (&command)[command_line_size], const char* folder);
+[[nodiscard]] char* quoted_comparison_command(const char* folder);

@@ -35,6 +35,31 @@ SuResult run(PrivilegedRunner* runner, const char* command, const char* password
     return dialogue_finish(&dialogue) ? SuResult::succeeded : SuResult::failed;
 }
 
+struct FolderCommand {
+    bool (*plain)(char (&command)[command_line_size], const char* folder);
+    char* (*quoted)(const char* folder);
+};
+
+// false when the command cannot be made for that folder; then nothing was run.
+bool run_on_folder(PrivilegedRunner* runner, const FolderCommand& make, const char* folder,
+                   const char* password, SuResult* result) {
+    if (!runner->exact_folder_names) {
+        char command[command_line_size];
+        if (!make.plain(command, folder)) {
+            return false;
+        }
+        *result = run(runner, command, password, DialoguePurpose::command);
+        return true;
+    }
+    char* command = make.quoted(folder);
+    if (command == nullptr) {
+        return false;
+    }
+    *result = run(runner, command, password, DialoguePurpose::command);
+    std::free(command);
+    return true;
+}
+
 } // namespace
 
 bool su_check_password(PrivilegedRunner* runner, const char* password) {
@@ -47,18 +72,18 @@ std::int32_t su_run(PrivilegedRunner* runner, const char* command, const char* p
 }
 
 std::int32_t su_extract(PrivilegedRunner* runner, const char* folder, const char* password) {
-    char plain_command[command_line_size];
-    char* quoted_command = nullptr;
-    if (runner->exact_folder_names) {
-        quoted_command = quoted_extraction_command(folder);
-        if (quoted_command == nullptr) {
-            return 1;
-        }
-    } else if (!extraction_command(plain_command, folder)) {
+    SuResult result = SuResult::no_terminal;
+    if (!run_on_folder(runner, {extraction_command, quoted_extraction_command}, folder, password,
+                       &result) ||
+        result == SuResult::no_terminal) {
         return 1;
     }
-    const char* command = quoted_command != nullptr ? quoted_command : plain_command;
-    const std::int32_t result = su_run(runner, command, password);
-    std::free(quoted_command);
-    return result != 0 ? result : wait_for_cancel(runner);
+    return wait_for_cancel(runner);
+}
+
+bool su_verify(PrivilegedRunner* runner, const char* folder, const char* password) {
+    SuResult result = SuResult::no_terminal;
+    return run_on_folder(runner, {comparison_command, quoted_comparison_command}, folder, password,
+                         &result) &&
+           result == SuResult::succeeded;
 }

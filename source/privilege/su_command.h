@@ -28,3 +28,7 @@
 // asked for before the call.
 [[nodiscard]] std::int32_t su_extract(PrivilegedRunner* runner, const char* folder,
                                       const char* password);
+
+// Whether what stands in folder is what the archive holds: tar's own comparison, as root. Goes by
+// exact_folder_names as su_extract does.
+[[nodiscard]] bool su_verify(PrivilegedRunner* runner, const char* folder, const char* password);

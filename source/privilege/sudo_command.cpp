@@ -56,10 +56,11 @@ std::int32_t run_line(PrivilegedRunner* runner, const char* command_line, const 
     return run_with_password(runner, arguments, password, purpose);
 }
 
-void extract_exactly(PrivilegedRunner* runner, const char* folder, const char* password) {
-    const char* const arguments[] = {runner->sudo_path,  "-S", "-p",   "password", "tar", "-xf",
+std::int32_t run_tar_exactly(PrivilegedRunner* runner, const char* action, const char* folder,
+                             const char* password) {
+    const char* const arguments[] = {runner->sudo_path,  "-S", "-p",   "password", "tar", action,
                                      extraction_archive, "-C", folder, nullptr};
-    static_cast<void>(run_with_password(runner, arguments, password, DialoguePurpose::command));
+    return run_with_password(runner, arguments, password, DialoguePurpose::command);
 }
 
 } // namespace
@@ -91,11 +92,21 @@ std::int32_t sudo_extract(PrivilegedRunner* runner, const char* folder, const ch
     }
     static_cast<void>(sudo_forget(runner));
     if (runner->exact_folder_names) {
-        extract_exactly(runner, folder, password);
+        static_cast<void>(run_tar_exactly(runner, "-xf", folder, password));
     } else {
         static_cast<void>(sudo_run(runner, command, password));
     }
     return wait_for_cancel(runner);
+}
+
+bool sudo_verify(PrivilegedRunner* runner, const char* folder, const char* password) {
+    char command[command_line_size];
+    if (!runner->exact_folder_names && !comparison_command(command, folder)) {
+        return false;
+    }
+    static_cast<void>(sudo_forget(runner));
+    return (runner->exact_folder_names ? run_tar_exactly(runner, "-df", folder, password)
+                                       : sudo_run(runner, command, password)) == 1;
 }
 
 std::int32_t sudo_probe(PrivilegedRunner* runner, const char* user) {

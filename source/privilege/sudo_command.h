@@ -34,6 +34,10 @@ std::int32_t sudo_run_fresh(PrivilegedRunner* runner, const char* command, const
 [[nodiscard]] std::int32_t sudo_extract(PrivilegedRunner* runner, const char* folder,
                                         const char* password);
 
+// Whether what stands in folder is what the archive holds: tar's own comparison, as root. Goes by
+// exact_folder_names as sudo_extract does.
+[[nodiscard]] bool sudo_verify(PrivilegedRunner* runner, const char* folder, const char* password);
+
 // Whether the rules let the user run commands: sudo as the user himself, which needs no password
 // and is given none. 1 when the exit status is 0, else 0. It waits until sudo ends; a sudo that
 // asks all the same is hung up on after ten seconds.
