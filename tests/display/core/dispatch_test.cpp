@@ -1,0 +1,241 @@
+// Which event reaches which callback, with real and with synthetic input.
+
+#include "display/core/engine_desk.h"
+
+#include "gui/ORX/core/window_properties.h"
+#include "gui/ORX/core/window_table.h"
+#include "support/person.h"
+
+#include <X11/keysym.h>
+
+#include <ctime>
+
+namespace {
+
+using support::WindowManagerKind;
+
+// A real person's input, whatever the window manager. The window stands away from the edges.
+struct RealInput : testing::TestWithParam<WindowManagerKind> {
+    CallLog log;
+    EngineDesk desk{{.window_manager = GetParam()}};
+    WindowId id = desk.show_window(&log, 100, 120);
+    support::Person person{desk.server.display_name()};
+
+    void point_at(int x, int y) {
+        const support::Place place = desk.view.place_on_root(desk.x_window(id));
+        person.move_pointer(place.x + x, place.y + y);
+    }
+    std::string with_id(const std::string& line) const { return line + std::to_string(id); }
+};
+
+TEST_P(RealInput, APressAndAReleaseTellPlaceAndButton) {
+    point_at(30, 40);
+    person.click(support::right_button);
+    EXPECT_TRUE(log.wait_for(with_id("press 30 40 3 ")));
+    EXPECT_TRUE(log.wait_for(with_id("release 30 40 3 ")));
+}
+
+TEST_P(RealInput, TwoQuickClicksAreAPressAndADoubleClick) {
+    point_at(10, 10);
+    person.click();
+    person.click();
+    ASSERT_TRUE(log.wait_for_count("release", 2));
+    EXPECT_EQ(log.lines_of("press"), std::vector{with_id("press 10 10 1 ")});
+    EXPECT_EQ(log.lines_of("double"), std::vector{with_id("double 10 10 1 ")});
+}
+
+TEST_P(RealInput, MotionIsToldOnlyWhileAButtonIsHeldUnlessAskedFor) {
+    point_at(10, 10);
+    point_at(20, 20);
+    desk.settle(id, &log);
+    EXPECT_EQ(log.count("motion"), 0);
+    person.press_button();
+    ASSERT_TRUE(log.wait_for_count("press", 1));
+    point_at(25, 26);
+    EXPECT_TRUE(log.wait_for(with_id("motion 25 26 ")));
+    person.release_button();
+    ASSERT_TRUE(log.wait_for_count("release", 1));
+    window_select_input_with_motion(desk.engine, id, true);
+    point_at(40, 41);
+    EXPECT_TRUE(log.wait_for(with_id("motion 40 41 ")));
+    window_select_input_with_motion(desk.engine, id, false);
+    log.clear();
+    point_at(50, 51);
+    desk.settle(id, &log);
+    EXPECT_EQ(log.count("motion"), 0);
+}
+
+TEST_P(RealInput, KeysTellTextSymbolAndState) {
+    point_at(10, 10);
+    person.click();
+    ASSERT_TRUE(log.wait_for_count("release", 1));
+    ASSERT_TRUE(support::wait_until([&] {
+        person.type("a");
+        return log.has(with_id("key [a] 97 0 "));
+    }));
+    EXPECT_TRUE(log.wait_for(with_id("keyup - 97 0 ")));
+    person.type("B");
+    EXPECT_TRUE(log.wait_for(with_id("key [B] 66 1 ")));
+    person.press_key(XK_Left);
+    EXPECT_TRUE(log.wait_for(with_id("key [] " + std::to_string(XK_Left) + " 0 ")));
+    person.press_return();
+    EXPECT_TRUE(log.wait_for(with_id("key [\r] " + std::to_string(XK_Return) + " 0 ")));
+}
+
+TEST_P(RealInput, AManagedWindowIsToldItsNewSizeAndParent) {
+    window_resize(desk.engine, id, 321, 123);
+    EXPECT_TRUE(log.wait_for(with_id("configure 123 321 ")));
+    EXPECT_TRUE(log.wait_for_count("paint 0 0 321 123", 1));
+    EXPECT_EQ(window_width(desk.engine, id), 321U);
+    EXPECT_EQ(log.count("reparent"), GetParam() == WindowManagerKind::none ? 0 : 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Worlds, RealInput,
+                         testing::Values(WindowManagerKind::none, WindowManagerKind::twm,
+                                         WindowManagerKind::openbox),
+                         [](const auto& world) { return window_manager_name(world.param); });
+
+struct Dispatch : testing::Test {
+    CallLog log;
+    EngineDesk desk;
+    WindowId id = desk.make_window(&log);
+    events::Sender send{desk.view, desk.x_window(id)};
+
+    std::string with_id(const std::string& line) const { return line + std::to_string(id); }
+    std::string with_window(const std::string& line) const {
+        return line + std::to_string(send.window);
+    }
+    void settle() { desk.settle(id, &log); }
+};
+
+// Waits on the clock itself: the double-click time is what is tested.
+void pass_time(long milliseconds) {
+    timespec time{milliseconds / 1000, milliseconds % 1000 * 1'000'000};
+    while (clock_nanosleep(CLOCK_MONOTONIC, 0, &time, &time) != 0) {
+    }
+}
+
+TEST_F(Dispatch, SlowPressesAreTwoPresses) {
+    send.press(1, 2, 1);
+    settle();
+    pass_time(350);
+    send.press(1, 2, 1);
+    settle();
+    EXPECT_EQ(log.count("press"), 2);
+    EXPECT_EQ(log.count("double"), 0);
+}
+
+TEST_F(Dispatch, AThirdQuickPressIsADoubleClickAgain) {
+    for (int i = 0; i < 3; ++i) {
+        send.press(1, 2, 1);
+    }
+    settle();
+    EXPECT_EQ(log.count("press"), 1);
+    EXPECT_EQ(log.count("double"), 2);
+}
+
+TEST_F(Dispatch, OtherButtonsNeverDoubleNorTouchTheClock) {
+    send.press(1, 2, 1);
+    send.press(1, 2, 3);
+    send.press(1, 2, 3);
+    send.press(1, 2, 1);
+    settle();
+    EXPECT_EQ(log.count("press 1 2 3"), 2);
+    EXPECT_EQ(log.count("double 1 2 1"), 1);
+    EXPECT_EQ(log.count("press 1 2 1"), 1);
+}
+
+TEST_F(Dispatch, ADoubleClickNobodyTakesStillRestartsTheClockAndIsNoPress) {
+    window_set_on_double_click(desk.engine, id, nullptr);
+    send.press(1, 2, 1);
+    send.press(1, 2, 1);
+    settle();
+    EXPECT_EQ(log.count("press"), 1);
+    record_calls(desk.engine, id);
+    send.press(1, 2, 1);
+    settle();
+    EXPECT_EQ(log.count("double"), 1);
+}
+
+TEST_F(Dispatch, CreateAndReparentTellTheirNumbersInTheirOrder) {
+    send.create(30, 20);
+    send.reparent(-5, 6);
+    settle();
+    EXPECT_TRUE(log.has(with_id("create 20 30 ")));
+    EXPECT_TRUE(log.has(with_window("reparent -5 6 ")));
+}
+
+TEST_F(Dispatch, ReleaseAndMotionTellTheirPlace) {
+    send.release(-3, 4, 5);
+    send.motion(7, -8);
+    settle();
+    EXPECT_TRUE(log.has(with_id("release -3 4 5 ")));
+    EXPECT_TRUE(log.has(with_id("motion 7 -8 ")));
+}
+
+TEST_F(Dispatch, AMessageTellsItsFirstNumber) {
+    send.message(32, 4711);
+    EXPECT_TRUE(log.wait_for(with_window("message 4711 ")));
+}
+
+TEST_F(Dispatch, ADestroyNoticeGivesTheSlotBack) {
+    send.destroy();
+    EXPECT_TRUE(support::wait_until([&] { return window_table_empty(desk.engine); }));
+    EXPECT_EQ(desk.engine->live_order[0], no_window);
+}
+
+TEST_F(Dispatch, ASelectionNobodyAskedForHasNoText) {
+    send.selection();
+    EXPECT_TRUE(log.wait_for(with_id("selection - ")));
+}
+
+TEST_F(Dispatch, AShortTextCarriesNoTailOfALongerOne) {
+    // Two bytes of UTF-8 cannot be typed in every locale; the buffer is looked at instead.
+    std::string buffer;
+    log.actions["key"] = [&] { buffer.assign(desk.engine->key_text, 17); };
+    std::fill_n(desk.engine->key_text, 17, 'x');
+    const int a_key = 38;
+    send.key(true, a_key);
+    settle();
+    ASSERT_EQ(log.count("key ["), 1);
+    EXPECT_EQ(buffer, std::string("a") + std::string(16, '\0'));
+}
+
+TEST_F(Dispatch, AModifierAloneIsAKeyWithoutText) {
+    const int shift_key = 50;
+    send.key(true, shift_key);
+    settle();
+    EXPECT_TRUE(log.has(with_id("key [] " + std::to_string(XK_Shift_L) + " 0 ")));
+}
+
+TEST_F(Dispatch, AClosedWindowTellsWhereItStoodAndGivesItsSlotBack) {
+    const WindowId shown = desk.show_window(&log, 70, 80);
+    const auto window = desk.x_window(shown);
+    log.actions["close"] = [&] {
+        EXPECT_EQ(desk.engine->windows[shown].in_use, 1);
+        EXPECT_FALSE(desk.view.exists(window));
+    };
+    events::Sender{desk.view, window}.close();
+    EXPECT_TRUE(log.wait_for("close 70 80 " + std::to_string(shown)));
+    EXPECT_TRUE(support::wait_until([&] { return window_x_window(desk.engine, shown) == 0; }));
+    EXPECT_EQ(desk.engine->live_order[1], no_window);
+}
+
+TEST_F(Dispatch, AWindowWithoutOnCloseClosesAllTheSame) {
+    window_set_on_close(desk.engine, id, nullptr);
+    send.close();
+    EXPECT_TRUE(support::wait_until([&] { return window_table_empty(desk.engine); }));
+    EXPECT_FALSE(desk.view.exists(send.window));
+}
+
+TEST_F(Dispatch, TheSpareCallbackIsNeverCalled) {
+    for (int type = 2; type < 36; ++type) {
+        if (type != 17 && type != 31) { // destroy and selection have tests of their own
+            send.raw(static_cast<std::uint8_t>(type), 0, 4);
+        }
+    }
+    settle();
+    EXPECT_EQ(log.count("spare"), 0);
+}
+
+} // namespace
