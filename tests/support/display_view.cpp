@@ -238,6 +238,10 @@ std::string DisplayView::describe_tree() const {
 
 void DisplayView::describe(XWindow window, int depth, std::string& text) const {
     const Place place = place_on_root(window);
+    // Window managers keep dozens of one-pixel windows for themselves.
+    if (place.width <= 1 && place.height <= 1) {
+        return;
+    }
     char line[256];
     std::snprintf(line, sizeof line, "%*s0x%x %dx%d+%d+%d \"%.40s\" \"%.60s\"%s\n", depth * 2, "",
                   window, place.width, place.height, place.x, place.y, class_name(window).c_str(),

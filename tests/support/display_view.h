@@ -96,7 +96,7 @@ public:
     // Asks a window to close with WM_DELETE_WINDOW, as a window manager's close button does.
     void ask_to_close(XWindow window) const;
 
-    // One line per window: id, place, class, title, shown or not.
+    // One line per window of more than a pixel: id, place, class, title, shown or not.
     [[nodiscard]] std::string describe_tree() const;
 
 private:

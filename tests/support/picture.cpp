@@ -47,11 +47,16 @@ const xcb_format_t& format_of(const DisplayView& view, int depth) {
     throw std::runtime_error("the picture has no pixmap format");
 }
 
-std::uint8_t channel(std::uint32_t pixel, std::uint32_t mask) {
-    const std::uint64_t most = mask >> std::countr_zero(mask);
-    const std::uint64_t value = (pixel & mask) >> std::countr_zero(mask);
-    return static_cast<std::uint8_t>((value * 255 + most / 2) / most);
-}
+// One channel of a pixel, stretched to 0..255.
+struct Channel {
+    std::uint32_t shift;
+    std::uint32_t most;
+    explicit Channel(std::uint32_t mask)
+        : shift(static_cast<std::uint32_t>(std::countr_zero(mask))), most(mask >> shift) {}
+    [[nodiscard]] int of(std::uint32_t pixel) const {
+        return static_cast<int>((((pixel >> shift) & most) * 255 + most / 2) / most);
+    }
+};
 
 // The 256 colours of a palette screen.
 std::vector<Colour> palette_of(const DisplayView& view, XWindow window) {
@@ -133,9 +138,16 @@ Picture take_picture(const DisplayView& view, XWindow window, const Place& part)
     if (!image) {
         return {};
     }
-    const xcb_visualtype_t& visual = *visual_of(view, image->visual);
+    // A pixmap has no visual of its own: it is meant for windows like the root.
+    const std::uint32_t root_visual =
+        xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root_visual;
+    const xcb_visualtype_t& visual =
+        *visual_of(view, image->visual != XCB_NONE ? image->visual : root_visual);
     const xcb_format_t& format = format_of(view, image->depth);
     const bool palette_screen = visual._class == XCB_VISUAL_CLASS_PSEUDO_COLOR;
+    const Channel red(palette_screen ? 1U : visual.red_mask);
+    const Channel green(palette_screen ? 1U : visual.green_mask);
+    const Channel blue(palette_screen ? 1U : visual.blue_mask);
     const std::vector<Colour> palette =
         palette_screen ? palette_of(view, window) : std::vector<Colour>();
     const int bytes_per_pixel = format.bits_per_pixel / 8;
@@ -151,9 +163,7 @@ Picture take_picture(const DisplayView& view, XWindow window, const Place& part)
                         static_cast<std::size_t>(bytes_per_pixel));
             set_pixel(picture, x, y,
                       palette_screen ? palette[pixel & 0xffU]
-                                     : Colour{channel(pixel, visual.red_mask),
-                                              channel(pixel, visual.green_mask),
-                                              channel(pixel, visual.blue_mask)});
+                                     : Colour{red.of(pixel), green.of(pixel), blue.of(pixel)});
         }
     }
     return picture;

@@ -9,7 +9,7 @@ namespace support {
 
 namespace {
 
-constexpr std::chrono::milliseconds poll_step{5};
+constexpr std::chrono::milliseconds poll_step{10};
 
 } // namespace
 

@@ -1,0 +1,79 @@
+// Leaving the folder browser without a folder, and folders that cannot take the plug-in.
+
+#include "end_to_end/expectations.h"
+#include "end_to_end/installed_file.h"
+
+namespace end_to_end {
+namespace {
+
+void expect_cancelled(Scenario& scenario) {
+    scenario.reach_last_screen();
+    const support::Picture picture = scenario.picture_of(scenario.main_window());
+    EXPECT_TRUE(line_reads(picture, 2, "** USER CANCELLED INSTALLATION **"));
+    EXPECT_TRUE(line_reads(picture, 3, "Exiting..."));
+    EXPECT_FALSE(scenario.bar_shown(picture));
+    EXPECT_FALSE(scenario.view().exists(scenario.browser_window()));
+    scenario.press_ok();
+    EXPECT_TRUE(ended_clean(scenario.finish()));
+    EXPECT_EQ(scenario.console(),
+              console_text("sudo", {info("Password OK"), info("Unpacking Files - 001027C4 Bytes"),
+                                    info("Install cancelled by user.")}));
+    EXPECT_EQ(plugin_in(default_folder), std::nullopt);
+    EXPECT_EQ(plugin_in(scenario.account().home), std::nullopt);
+}
+
+TEST(FolderBrowser, CancelButtonInstallsNothing) {
+    Scenario scenario;
+    scenario.reach_password_screen();
+    scenario.give_password(user_password);
+    scenario.reach_folder_browser();
+    scenario.cancel_folder();
+    expect_cancelled(scenario);
+}
+
+TEST(FolderBrowser, ClosingItInstallsNothing) {
+    Scenario scenario;
+    scenario.reach_password_screen();
+    scenario.give_password(user_password);
+    scenario.reach_folder_browser();
+    scenario.view().ask_to_close(scenario.browser_window());
+    expect_cancelled(scenario);
+}
+
+TEST(FolderBrowser, LeadsUpTheTreeToo) {
+    Scenario scenario;
+    scenario.reach_password_screen();
+    scenario.give_password(user_password);
+    scenario.reach_folder_browser();
+    scenario.enter_folder_row(1); // ".."
+    scenario.accept_folder();
+    scenario.reach_last_screen();
+    EXPECT_EQ(plugin_in("/home"), plugin_of_archive());
+    EXPECT_NE(scenario.console().find("Installing to - /home\n"), std::string::npos);
+}
+
+TEST(FolderBrowser, IsRedrawnAfterAnotherWindowCoveredIt) {
+    Scenario scenario({.manager = support::WindowManagerKind::none});
+    scenario.reach_password_screen();
+    scenario.give_password(user_password);
+    scenario.reach_folder_browser();
+    scenario.person().move_pointer(1, 1);
+    const support::Picture before = scenario.picture_of(scenario.browser_window());
+    {
+        // Another program's window on top of both windows, for a moment.
+        support::ChildProcess cover(
+            {.command = {"xmessage", "-geometry", "1200x900+50+50", "x"},
+             .environment = std::vector<std::string>{"DISPLAY=" + scenario.server().display_name(),
+                                                     "PATH=/usr/bin:/bin"}});
+        (void)scenario.view().wait_for_class("xmessage");
+    }
+    scenario.wait_for("the browser as it was", [&] {
+        return count_differences(scenario.picture_of(scenario.browser_window()), before) == 0;
+    });
+    scenario.wait_for("the main window's text", [&] {
+        return scenario.lines_shown(scenario.picture_of(scenario.main_window())).starts_with("0");
+    });
+}
+
+} // namespace
+} // namespace end_to_end

@@ -1,0 +1,115 @@
+// Checking console text, panel lines and the main picture.
+
+#include "end_to_end/expectations.h"
+
+#include "end_to_end/installed_file.h"
+#include "gui/ORX/text/text_measure.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace end_to_end {
+
+using support::Colour;
+using support::Picture;
+
+namespace {
+
+constexpr int picture_width = 600;
+constexpr int picture_height = 336;
+constexpr int baseline_of_line_0 = 24;
+constexpr int line_step = 16;
+constexpr int ink = 120;
+
+// A glyph's ink may begin a pixel or two inside its cell.
+constexpr int bearing = 3;
+
+int width_of(const std::string& text) {
+    TextRenderer* renderer = text_renderer_new(nullptr);
+    const int width = text_width(renderer, text.c_str());
+    text_renderer_destroy(renderer);
+    return width;
+}
+
+bool is_ink(Colour colour) {
+    return std::min({colour.red, colour.green, colour.blue}) > ink;
+}
+
+} // namespace
+
+std::string info(const std::string& text) {
+    return std::string("** INFO ** ") + title + ": " + text + "\n";
+}
+
+std::string console_text(const std::string& method, const std::vector<std::string>& lines) {
+    std::string text = std::string("\n- ") + title + " -\n\n";
+    if (!method.empty()) {
+        text += info("Using '" + method + "' for authentication");
+    }
+    text += "ORX-UI: UI dpi 96\nORX-UI: UI scale 100.0 %\n";
+    for (const std::string& line : lines) {
+        text += line;
+    }
+    return text + "ORX-UI Engine: Closing Input Method (XIM)\nORX-UI Engine: XClose\n\n" +
+           info("Exiting") + "\n";
+}
+
+testing::AssertionResult line_reads(const Picture& picture, int line, const std::string& text) {
+    const int baseline = baseline_of_line_0 + line_step * line;
+    int first = picture_width;
+    int last = -1;
+    for (int y = baseline - 9; y <= baseline; ++y) {
+        for (int x = 0; x < picture_width; ++x) {
+            if (is_ink(picture.at(x, y))) {
+                first = std::min(first, x);
+                last = std::max(last, x);
+            }
+        }
+    }
+    const int width = width_of(text);
+    const int left = (picture_width - width) / 2;
+    if (std::abs(first - left) <= bearing && std::abs(last - (left + width - 1)) <= bearing) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure()
+           << "line " << line << " reaches from " << first << " to " << last << ", \"" << text
+           << "\" from " << left << " to " << left + width - 1;
+}
+
+testing::AssertionResult shows_background(const Picture& picture, bool dimmed) {
+    const Picture artwork =
+        support::load_png(std::string(ZEPH_SOURCE) + "/resources/artwork/background.png");
+    // Rows above the first line of text and below the last.
+    for (int y = 0; y < picture_height; ++y) {
+        if (y >= 8 && y < 212) {
+            continue;
+        }
+        for (int x = 0; x < picture_width; ++x) {
+            Colour wanted = artwork.at(x, y);
+            if (dimmed) {
+                wanted = {wanted.red / 2, wanted.green / 2, wanted.blue / 2};
+            }
+            if (!(picture.at(x, y) == wanted)) {
+                const Colour seen = picture.at(x, y);
+                return testing::AssertionFailure()
+                       << "pixel " << x << "," << y << " is " << seen.red << " " << seen.green
+                       << " " << seen.blue << ", not " << wanted.red << " " << wanted.green << " "
+                       << wanted.blue;
+            }
+        }
+    }
+    return testing::AssertionSuccess();
+}
+
+testing::AssertionResult ended_clean(const support::ChildEnd& end) {
+    if (end.exit_status != 0) {
+        return testing::AssertionFailure() << "exit status " << end.exit_status.value_or(-1)
+                                           << ", signal " << end.signal.value_or(0);
+    }
+    for (const std::string& name : installer_files_in_tmp()) {
+        return testing::AssertionFailure() << "/tmp/" << name << " was left";
+    }
+    return testing::AssertionSuccess();
+}
+
+} // namespace end_to_end

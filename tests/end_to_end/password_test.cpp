@@ -1,0 +1,108 @@
+// Giving the password: wrong, empty, pasted, corrected.
+
+#include "end_to_end/expectations.h"
+
+#include <filesystem>
+
+namespace end_to_end {
+namespace {
+
+using support::Picture;
+using support::Place;
+
+// The field's inside, where stars and the placeholder are.
+constexpr Place field_inside{228, 362, 144, 13};
+
+bool shows_placeholder(const Picture& picture) {
+    return count_colour(picture, field_inside, {104, 104, 104}, 12) > 20;
+}
+
+int star_ink(const Picture& picture) {
+    return count_colour(picture, field_inside, {255, 255, 255}, 100);
+}
+
+TEST(Password, MayBeWrongThreeTimes) {
+    Scenario scenario;
+    scenario.reach_password_screen();
+    EXPECT_TRUE(shows_placeholder(scenario.picture_of(scenario.main_window())));
+    Picture refused;
+    for (const char* wrong : {"wrong", "WRONG", user_password + 1}) {
+        scenario.give_password(wrong);
+        // While it is checked the field still holds it.
+        scenario.wait_for("stars", [&] {
+            return !shows_placeholder(scenario.picture_of(scenario.main_window()));
+        });
+        scenario.reach_wrong_password_screen();
+        scenario.wait_for("the emptied field", [&] {
+            refused = scenario.picture_of(scenario.main_window());
+            return shows_placeholder(refused);
+        });
+        EXPECT_TRUE(line_reads(refused, 2, "** ERROR **"));
+        EXPECT_TRUE(line_reads(refused, 3, "Incorrect Password"));
+        EXPECT_TRUE(line_reads(refused, 5, "Please Try Again"));
+        EXPECT_TRUE(shows_background(refused, true));
+    }
+    scenario.give_password(user_password);
+    scenario.reach_unpacking();
+    EXPECT_TRUE(shows_background(scenario.picture_of(scenario.main_window()), false));
+    scenario.installer().send_signal(SIGTERM);
+    EXPECT_TRUE(ended_clean(scenario.finish()));
+}
+
+TEST(Password, EmptyIsTriedAndRefused) {
+    Scenario scenario;
+    scenario.reach_password_screen();
+    scenario.give_password("");
+    scenario.reach_wrong_password_screen();
+    EXPECT_EQ(scenario.console().find("Password OK"), std::string::npos);
+}
+
+TEST(Password, IsPastedWithTheMiddleButtonInPlaceOfWhatWasTyped) {
+    Scenario scenario;
+    const std::string text_file = scenario.account().home + "/.clipboard";
+    support::write_file(text_file, user_password, 0644);
+    support::ChildProcess owner(
+        {.command = {"xclip", "-quiet", "-selection", "clipboard", "-in", text_file},
+         .environment = std::vector<std::string>{"DISPLAY=" + scenario.server().display_name(),
+                                                 "PATH=/usr/bin:/bin"}});
+    scenario.reach_password_screen();
+    scenario.focus_main_window();
+    scenario.person().type("z");
+    int typed = 0;
+    scenario.wait_for("one star", [&] {
+        const Picture picture = scenario.picture_of(scenario.main_window());
+        typed = star_ink(picture);
+        return !shows_placeholder(picture);
+    });
+    scenario.click(scenario.main_window(), 300, 368, support::middle_button);
+    scenario.wait_for("eight stars", [&] {
+        return star_ink(scenario.picture_of(scenario.main_window())) > 3 * typed;
+    });
+    scenario.person().press_return();
+    scenario.reach_unpacking();
+    EXPECT_NE(scenario.console().find("Password OK\n"), std::string::npos);
+}
+
+TEST(Password, IsCorrectedWithBackspace) {
+    Scenario scenario;
+    scenario.reach_password_screen();
+    scenario.focus_main_window();
+    scenario.person().type(std::string(user_password) + "xy");
+    scenario.person().press_backspace();
+    scenario.person().press_backspace();
+    scenario.person().press_return();
+    scenario.reach_unpacking();
+}
+
+TEST(Password, IsNeverOnTheConsoleNorInTheProcessList) {
+    Scenario scenario;
+    scenario.reach_password_screen();
+    scenario.give_password(user_password);
+    scenario.reach_unpacking();
+    EXPECT_EQ(scenario.console().find(user_password), std::string::npos);
+    EXPECT_EQ(support::output_of({"ps", "axww", "-o", "args"}).find(user_password),
+              std::string::npos);
+}
+
+} // namespace
+} // namespace end_to_end

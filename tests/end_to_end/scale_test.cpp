@@ -1,0 +1,55 @@
+// The screens at other densities: the same places, larger.
+
+#include "end_to_end/expectations.h"
+
+namespace end_to_end {
+namespace {
+
+using support::Place;
+
+struct Density {
+    const char* dpi;
+    double scale;
+    const char* printed;
+};
+
+class AtDensity : public testing::TestWithParam<Density> {};
+
+INSTANTIATE_TEST_SUITE_P(Densities, AtDensity,
+                         testing::Values(Density{"96", 1.0, "100.0"}, Density{"144", 1.5, "150.0"},
+                                         Density{"192", 2.0, "200.0"}),
+                         [](const auto& density) { return std::string(density.param.dpi); });
+
+Place centred(int width, int height) {
+    return {1400 / 2 - width / 2, 1000 / 2 - height / 2, width, height};
+}
+
+TEST_P(AtDensity, EveryScreenIsScaledAndTakesClicks) {
+    const Density density = GetParam();
+    Scenario scenario({.manager = support::WindowManagerKind::none,
+                       .environment = {"LC_ALL=C", std::string("ORXDPI=") + density.dpi},
+                       .scale = density.scale});
+    const int width = scenario.device(600);
+    const int height = scenario.device(400);
+    scenario.reach_splash();
+    EXPECT_EQ(scenario.view().place_on_root(scenario.splash_window()), centred(width, height));
+    scenario.reach_main_window_from_splash();
+    EXPECT_EQ(scenario.view().place_on_root(scenario.main_window()), centred(width, height));
+    scenario.reach_password_screen_from_main_window();
+    scenario.give_password(user_password);
+    scenario.reach_folder_browser();
+    EXPECT_EQ(scenario.view().place_on_root(scenario.browser_window()),
+              centred(scenario.device(640), scenario.device(432)));
+    scenario.enter_folder_row(1);
+    scenario.cancel_folder();
+    scenario.reach_last_screen();
+    EXPECT_EQ(scenario.lines_shown(scenario.picture_of(scenario.main_window())), "0 2 3");
+    scenario.press_ok();
+    EXPECT_TRUE(ended_clean(scenario.finish()));
+    EXPECT_NE(scenario.console().find(std::string("ORX-UI: UI dpi ") + density.dpi +
+                                      "\nORX-UI: UI scale " + density.printed + " %\n"),
+              std::string::npos);
+}
+
+} // namespace
+} // namespace end_to_end

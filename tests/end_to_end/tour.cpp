@@ -1,0 +1,200 @@
+// Plays the whole installation on a private screen as a throw-away account with the real sudo,
+// takes a picture of every screen, and proves the installed file. zeph-tour FOLDER
+//
+// FOLDER gets numbered pictures, console.txt, and installed/ with the plug-in, which is the folder
+// that the person of the tour chooses (under another name). Ends with status 0 when all is well.
+
+#include "end_to_end/scenario.h"
+#include "end_to_end/tour_proof.h"
+
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+namespace end_to_end {
+namespace {
+
+namespace files = std::filesystem;
+
+constexpr unsigned long little_room = 256UL * 1024;
+
+class Album {
+public:
+    explicit Album(std::string folder) : folder_(std::move(folder)) {}
+
+    void keep(Scenario& scenario, support::XWindow window, const char* name, const char* caption) {
+        // Out of the way of the picture, then as the screen is.
+        char file[64];
+        std::snprintf(file, sizeof file, "%02d-%s.png", ++count_, name);
+        save_png(scenario.picture_of(window), folder_ + "/" + file);
+        std::printf("  %-28s %s\n", file, caption);
+        std::fflush(stdout);
+    }
+
+private:
+    std::string folder_;
+    int count_ = 0;
+};
+
+void say(const std::string& text) {
+    std::printf("%s\n", text.c_str());
+    std::fflush(stdout);
+}
+
+ScenarioOptions with(Rights rights, const std::string& folder) {
+    ScenarioOptions options;
+    options.rights = rights;
+    options.environment = {"LC_ALL=C.UTF-8", "ORXDPI=96"};
+    options.keep_visible = {folder};
+    return options;
+}
+
+// The chosen folder is the tour's own, mounted where a person would have it.
+void mount_plugin_folder(const Scenario& scenario, const std::string& folder) {
+    const std::string place = scenario.account().home + "/vst";
+    files::create_directory(place);
+    if (mount((folder + "/installed").c_str(), place.c_str(), nullptr, MS_BIND, nullptr) != 0) {
+        throw std::runtime_error("cannot mount the folder for the plug-in");
+    }
+}
+
+PluginFile install(const std::string& folder, Album& album) {
+    Scenario scenario(with(Rights::sudo, folder));
+    mount_plugin_folder(scenario, folder);
+    scenario.reach_splash();
+    album.keep(scenario, scenario.splash_window(), "splash", "the splash");
+    scenario.reach_main_window_from_splash();
+    scenario.reach_password_screen_from_main_window();
+    album.keep(scenario, scenario.main_window(), "password", "asks for the password");
+    scenario.give_password("mistyped");
+    scenario.reach_wrong_password_screen();
+    album.keep(scenario, scenario.main_window(), "wrong-password", "a wrong one was typed");
+    scenario.give_password(user_password);
+    scenario.reach_unpacking();
+    scenario.wait_for("a third of the bar", [&] {
+        return scenario.picture_of(scenario.main_window()).at(208, 371).red > 100;
+    });
+    album.keep(scenario, scenario.main_window(), "unpacking", "the right one: unpacks");
+    scenario.reach_folder_browser();
+    album.keep(scenario, scenario.browser_window(), "folder-browser", "asks for the folder");
+    scenario.enter_folder_row(2);
+    album.keep(scenario, scenario.browser_window(), "folder-chosen", "vst is entered");
+    scenario.accept_folder();
+    scenario.reach_copying();
+    scenario.wait_for("the file", [&] { return plugin_in(folder + "/installed").has_value(); });
+    album.keep(scenario, scenario.main_window(), "copying", "copies with root's rights");
+    scenario.wait_for("cleaning up", [&] {
+        return scenario.console().find("Removing Temporary Files\n") != std::string::npos;
+    });
+    scenario.wait_for("a full bar", [&] {
+        return scenario.picture_of(scenario.main_window()).at(560, 368).red > 200;
+    });
+    album.keep(scenario, scenario.main_window(), "removing", "removes temporary files");
+    scenario.reach_last_screen();
+    album.keep(scenario, scenario.main_window(), "complete", "is complete");
+    scenario.press_ok();
+    if (scenario.finish().exit_status != 0 || !installer_files_in_tmp().empty()) {
+        throw std::runtime_error("the run did not end clean\n" + scenario.report());
+    }
+    std::ofstream(folder + "/console.txt") << scenario.console();
+    say("checking the installed file");
+    const PluginFile file = prove_file(scenario.account().home + "/vst");
+    prove_in_hosts(scenario.account().home + "/vst");
+    say("  it is the archive's, byte for byte; analyseplugin and applyplugin run it");
+    return file;
+}
+
+void cancel(const std::string& folder, Album& album) {
+    Scenario scenario(with(Rights::sudo, folder));
+    scenario.reach_password_screen();
+    scenario.give_password(user_password);
+    scenario.reach_folder_browser();
+    scenario.cancel_folder();
+    scenario.reach_last_screen();
+    album.keep(scenario, scenario.main_window(), "cancelled", "another run, cancelled");
+}
+
+void fail_to_unpack(const std::string& folder, Album& album) {
+    Scenario scenario(with(Rights::only_su, folder));
+    scenario.reach_password_screen();
+    album.keep(scenario, scenario.main_window(), "root-password", "without sudo: asks for root's");
+    scenario.leave_room_in_tmp(little_room);
+    scenario.give_password(root_password);
+    scenario.reach_last_screen();
+    album.keep(scenario, scenario.main_window(), "no-room", "there is no room in /tmp");
+}
+
+void meet_another_instance(const std::string& folder, Album& album) {
+    Scenario scenario(with(Rights::sudo, folder));
+    support::write_file(lock_path, "");
+    scenario.reach_main_window();
+    scenario.reach_last_screen();
+    album.keep(scenario, scenario.main_window(), "another-instance", "another one is running");
+}
+
+void have_no_rights(const std::string& folder, Album& album) {
+    Scenario scenario(with(Rights::none, folder));
+    scenario.reach_main_window();
+    scenario.wait_for("the whole text", [&] {
+        return scenario.line_shown(scenario.picture_of(scenario.main_window()), 7);
+    });
+    album.keep(scenario, scenario.main_window(), "no-rights", "no sudo and no su");
+}
+
+// Everything but the installed file belongs to whoever owns the place where the folder is.
+void hand_over(const std::string& folder) {
+    struct stat owner {};
+    if (stat(files::path(folder).parent_path().c_str(), &owner) != 0) {
+        return;
+    }
+    for (const auto& entry : files::recursive_directory_iterator(folder)) {
+        if (entry.path().filename() != plugin_name &&
+            lchown(entry.path().c_str(), owner.st_uid, owner.st_gid) != 0) {
+            return;
+        }
+    }
+    (void)!lchown(folder.c_str(), owner.st_uid, owner.st_gid);
+}
+
+int play(const std::string& folder) {
+    files::remove_all(folder);
+    files::create_directories(folder + "/installed");
+    Album album(folder);
+    say("playing the installation on a private screen");
+    const PluginFile file = install(folder, album);
+    say("and the screens that it did not meet");
+    cancel(folder, album);
+    fail_to_unpack(folder, album);
+    meet_another_instance(folder, album);
+    have_no_rights(folder, album);
+    hand_over(folder);
+    say("pictures and console.txt are in " + folder);
+    say("installed: " + folder + "/installed/" + plugin_name + ", " + std::to_string(file.bytes) +
+        " bytes, sha256 " + file.sha256);
+    return 0;
+}
+
+} // namespace
+} // namespace end_to_end
+
+int main(int count, char** arguments) {
+    if (count != 2) {
+        std::fprintf(stderr, "usage: zeph-tour FOLDER\n");
+        return 2;
+    }
+    if (const auto obstacle = support::world_obstacle()) {
+        std::fprintf(stderr, "%s\n", obstacle->c_str());
+        return 1;
+    }
+    try {
+        return end_to_end::play(std::filesystem::absolute(arguments[1]).lexically_normal());
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "the tour failed: %s\n", error.what());
+        return 1;
+    }
+}
