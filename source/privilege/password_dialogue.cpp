@@ -31,18 +31,26 @@ bool asks_by_name(const Dialogue* dialogue) {
     if (!dialogue->text.prompt_is_open || quiet_ms(dialogue) < settled) {
         return false;
     }
-    return pty_child_hides_typing(&dialogue->child) || quiet_ms(dialogue) >= echoing_prompt_ms;
+    const PtyTyping typing = pty_child_typing(&dialogue->child);
+    if (typing == PtyTyping::echoed) {
+        // After the answer it may as well be the output of a command.
+        const bool may_be_output =
+            dialogue->answered && dialogue->purpose == DialoguePurpose::command;
+        return !may_be_output && quiet_ms(dialogue) >= echoing_prompt_ms;
+    }
+    return typing == PtyTyping::hidden;
 }
 
 // A prompt that does not say so in its last line: echo off is the sign.
 bool asks_silently(const Dialogue* dialogue) {
     return (dialogue->rule == PromptRule::any || dialogue->text.prompt_mentioned) &&
-           quiet_ms(dialogue) >= hidden_settled_ms && pty_child_hides_typing(&dialogue->child);
+           quiet_ms(dialogue) >= hidden_settled_ms &&
+           pty_child_typing(&dialogue->child) == PtyTyping::hidden;
 }
 
 bool asks_what_nobody_answers(const Dialogue* dialogue) {
     return dialogue->text.line_is_open && quiet_ms(dialogue) >= strange_question_ms &&
-           pty_child_hides_typing(&dialogue->child);
+           pty_child_typing(&dialogue->child) == PtyTyping::hidden;
 }
 
 bool cancel_is_due(Dialogue* dialogue) {

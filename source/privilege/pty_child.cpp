@@ -218,10 +218,14 @@ bool pty_child_type(PtyChild* child, const char* bytes, std::size_t count,
     return true;
 }
 
-bool pty_child_hides_typing(const PtyChild* child) {
+PtyTyping pty_child_typing(const PtyChild* child) {
     termios terminal{};
-    return child->master >= 0 && tcgetattr(child->master, &terminal) == 0 &&
-           (terminal.c_lflag & ECHO) == 0 && (terminal.c_oflag & OPOST) != 0;
+    if (child->master < 0 || tcgetattr(child->master, &terminal) != 0 ||
+        (terminal.c_lflag & ECHO) != 0) {
+        return PtyTyping::echoed;
+    }
+    // Whoever reads a password leaves the cooking of output alone.
+    return (terminal.c_oflag & OPOST) != 0 ? PtyTyping::hidden : PtyTyping::relayed;
 }
 
 bool pty_child_ended(PtyChild* child) {

@@ -40,10 +40,13 @@ struct PtyChild {
 [[nodiscard]] bool pty_child_type(PtyChild* child, const char* bytes, std::size_t count,
                                   std::int32_t patience_ms);
 
-// True while the child keeps what is typed off the screen: echo is off, in a terminal that still
-// cooks its output. (A terminal that sudo has switched to raw, to relay that of a running command,
-// is not hiding anything.)
-[[nodiscard]] bool pty_child_hides_typing(const PtyChild* child);
+// What the child's terminal does with what is typed.
+enum class PtyTyping {
+    echoed,  // shown, as usual
+    hidden,  // kept off the screen: a password is being read
+    relayed, // handed on unseen: sudo has switched the terminal to raw, and a command is running
+};
+[[nodiscard]] PtyTyping pty_child_typing(const PtyChild* child);
 
 // True once the child has ended and has been waited for, so that no zombie is left. Does not wait.
 [[nodiscard]] bool pty_child_ended(PtyChild* child);
