@@ -14,13 +14,15 @@ struct RowKernels {
     // Bytes that plan_columns needs for one output column.
     std::size_t plan_bytes_per_column;
 
-    // Turns the phase of each output column into the form in which scale_row wants its weights.
-    // count is a multiple of row_granularity.
-    void (*plan_columns)(const std::uint8_t* phases, std::size_t count, std::uint8_t* plan);
+    // Turns the first source pixel and the phase of each output column into the form in which
+    // scale_row wants them. Offsets do not fall. count is a multiple of row_granularity; plan is
+    // aligned to 64 bytes.
+    void (*plan_columns)(const std::uint32_t* offsets, const std::uint8_t* phases,
+                         std::size_t count, std::uint8_t* plan);
 
-    // Scales a source row horizontally: column i mixes the four pixels from offsets[i] on. The
-    // output is in the set's own form and only for its mix_rows. count is a multiple of
-    // row_granularity.
+    // Scales a source row horizontally: column i mixes the four pixels from offsets[i] on.
+    // readable_slack pixels behind the last of them may be read, and mean nothing. The output is in
+    // the set's own form and only for its mix_rows. count is a multiple of row_granularity.
     void (*scale_row)(const std::uint8_t* source, const std::uint32_t* offsets,
                       const std::uint8_t* plan, std::size_t count, std::uint8_t* output);
 
@@ -40,6 +42,9 @@ struct RowKernels {
 // Rows for the scaler are made in multiples of this many pixels, so that no set needs a remainder
 // loop there.
 inline constexpr std::size_t row_granularity = 8;
+
+// Pixels of memory that a source row for scale_row has behind its last tap.
+inline constexpr std::size_t readable_slack = 8;
 
 extern const RowKernels portable_row_kernels;
 #ifdef ORX_VECTOR_CODE

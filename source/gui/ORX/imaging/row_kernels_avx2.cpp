@@ -16,6 +16,8 @@
 
 #include <immintrin.h>
 
+#include <cstring>
+
 namespace {
 
 constexpr std::int32_t base_weight = 144;
@@ -34,10 +36,6 @@ constexpr bool sums_fit() {
     return true;
 }
 static_assert(sums_fit());
-
-std::uint8_t weight_byte(std::int32_t weight) {
-    return static_cast<std::uint8_t>(weight);
-}
 
 __m256i load(const std::uint8_t* bytes) {
     return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes));
@@ -60,32 +58,38 @@ __m256i weighted_sum(const WeightVectors& weights, __m256i centre_pairs, __m256i
     return _mm256_srai_epi16(_mm256_adds_epi16(base, rest), 8);
 }
 
-// Eight output pixels have two blocks of three vectors: pixels 0, 1, 4, 5 and pixels 2, 3, 6, 7,
-// which is the order in which the 128-bit halves of the vectors come together.
+// The plan of eight output pixels: how far their source pixels lie from the first one's, then two
+// blocks of three weight vectors, for pixels 0, 1, 4, 5 and for pixels 2, 3, 6, 7, which is the
+// order in which unpacking bytes puts them.
 constexpr std::size_t vector_bytes = 32;
 constexpr std::size_t block_bytes = 3 * vector_bytes;
-constexpr std::size_t group_bytes = 2 * block_bytes;
+constexpr std::size_t group_bytes = vector_bytes + 2 * block_bytes;
 
-void plan_columns(const std::uint8_t* phases, std::size_t count, std::uint8_t* plan) {
-    constexpr std::size_t place_in_block[8] = {0, 1, 0, 1, 2, 3, 2, 3};
-    for (std::size_t i = 0; i < count; ++i) {
-        const TapRow& taps = scaler_weights[phases[i]];
-        const bool first_is_large = taps[1] >= taps[2];
-        const std::uint8_t weights[3][2] = {
-            {weight_byte(first_is_large ? base_weight : 0),
-             weight_byte(first_is_large ? 0 : base_weight)},
-            {weight_byte(taps[1] - (first_is_large ? base_weight : 0)),
-             weight_byte(taps[2] - (first_is_large ? 0 : base_weight))},
-            {weight_byte(-taps[0]), weight_byte(-taps[3])},
-        };
-        const std::size_t in_group = i % 8;
-        std::uint8_t* block = plan + i / 8 * group_bytes + (in_group / 2 % 2) * block_bytes;
-        for (std::size_t kind = 0; kind < 3; ++kind) {
-            std::uint8_t* place = block + kind * vector_bytes + place_in_block[in_group] * 8;
-            for (std::size_t byte = 0; byte < 8; ++byte) {
-                place[byte] = weights[kind][byte % 2];
-            }
+void plan_weights(const TapRow& taps, std::uint8_t* block, std::size_t place_in_vector) {
+    const bool first_is_large = taps[1] >= taps[2];
+    const std::int32_t base_1 = first_is_large ? base_weight : 0;
+    const std::int32_t base_2 = first_is_large ? 0 : base_weight;
+    const std::int32_t pairs[3][2] = {
+        {base_1, base_2}, {taps[1] - base_1, taps[2] - base_2}, {-taps[0], -taps[3]}};
+    for (const auto& pair : pairs) {
+        for (std::size_t byte = 0; byte < 8; ++byte) {
+            block[place_in_vector + byte] = static_cast<std::uint8_t>(pair[byte % 2]);
         }
+        block += vector_bytes;
+    }
+}
+
+void plan_columns(const std::uint32_t* offsets, const std::uint8_t* phases, std::size_t count,
+                  std::uint8_t* plan) {
+    constexpr std::size_t quarter_of_vector[8] = {0, 1, 0, 1, 2, 3, 2, 3};
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t in_group = i % 8;
+        std::uint8_t* group = plan + i / 8 * group_bytes;
+        const std::uint32_t step = offsets[i] - offsets[i - in_group];
+        std::memcpy(group + in_group * 4, &step, 4);
+        plan_weights(scaler_weights[phases[i]],
+                     group + vector_bytes + (in_group / 2 % 2) * block_bytes,
+                     quarter_of_vector[in_group] * 8);
     }
 }
 
@@ -93,32 +97,32 @@ WeightVectors block_weights(const std::uint8_t* block) {
     return {load(block), load(block + vector_bytes), load(block + 2 * vector_bytes)};
 }
 
-// The taps of two output pixels, one in each half: centre pairs below, outer pairs above.
-__m256i load_taps(const std::uint8_t* source, std::uint32_t low_offset, std::uint32_t high_offset) {
-    const __m256i order = _mm256_broadcastsi128_si256(
-        _mm_setr_epi8(4, 8, 5, 9, 6, 10, 7, 11, 0, 12, 1, 13, 2, 14, 3, 15));
-    const __m256i signs = _mm256_set1_epi8(static_cast<char>(0x80));
-    const auto* low = reinterpret_cast<const __m128i*>(source + std::size_t{low_offset} * 4);
-    const auto* high = reinterpret_cast<const __m128i*>(source + std::size_t{high_offset} * 4);
-    const __m256i taps = _mm256_inserti128_si256(_mm256_castsi128_si256(_mm_loadu_si128(low)),
-                                                 _mm_loadu_si128(high), 1);
-    return _mm256_shuffle_epi8(_mm256_xor_si256(taps, signs), order);
-}
-
-__m256i scale_block(const std::uint8_t* source, const std::uint32_t* offsets,
-                    const std::uint8_t* block) {
-    const __m256i even = load_taps(source, offsets[0], offsets[4]);
-    const __m256i odd = load_taps(source, offsets[1], offsets[5]);
-    return weighted_sum(block_weights(block), _mm256_unpacklo_epi64(even, odd),
-                        _mm256_unpackhi_epi64(even, odd));
+// One tap of eight output pixels. Where the image is not made smaller, eight neighbours need no
+// more than eight neighbouring source pixels, which one load brings.
+__m256i load_tap(const std::uint8_t* pixels, __m256i steps, bool together) {
+    const __m256i taps =
+        together ? _mm256_permutevar8x32_epi32(load(pixels), steps)
+                 : _mm256_i32gather_epi32(reinterpret_cast<const int*>(pixels), steps, 4);
+    return _mm256_xor_si256(taps, _mm256_set1_epi8(static_cast<char>(0x80)));
 }
 
 void scale_row(const std::uint8_t* source, const std::uint32_t* offsets, const std::uint8_t* plan,
                std::size_t count, std::uint8_t* output) {
     for (std::size_t i = 0; i < count; i += 8) {
-        const __m256i first = scale_block(source, offsets + i, plan);
-        const __m256i second = scale_block(source, offsets + i + 2, plan + block_bytes);
-        store(output + i * 4, _mm256_packs_epi16(first, second));
+        const std::uint8_t* pixels = source + std::size_t{offsets[i]} * 4;
+        const bool together = offsets[i + 7] - offsets[i] < 8;
+        const __m256i steps = load(plan);
+        const __m256i outer_0 = load_tap(pixels, steps, together);
+        const __m256i centre_1 = load_tap(pixels + 4, steps, together);
+        const __m256i centre_2 = load_tap(pixels + 8, steps, together);
+        const __m256i outer_3 = load_tap(pixels + 12, steps, together);
+        const __m256i low = weighted_sum(block_weights(plan + vector_bytes),
+                                         _mm256_unpacklo_epi8(centre_1, centre_2),
+                                         _mm256_unpacklo_epi8(outer_0, outer_3));
+        const __m256i high = weighted_sum(block_weights(plan + vector_bytes + block_bytes),
+                                          _mm256_unpackhi_epi8(centre_1, centre_2),
+                                          _mm256_unpackhi_epi8(outer_0, outer_3));
+        store(output + i * 4, _mm256_packs_epi16(low, high));
         plan += group_bytes;
     }
 }

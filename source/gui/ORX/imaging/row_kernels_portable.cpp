@@ -17,7 +17,8 @@ std::uint8_t clamp_sum(std::int32_t sum) {
     return static_cast<std::uint8_t>(sum > 65280 ? 255 : sum >> 8);
 }
 
-void plan_columns(const std::uint8_t* phases, std::size_t count, std::uint8_t* plan) {
+void plan_columns(const std::uint32_t*, const std::uint8_t* phases, std::size_t count,
+                  std::uint8_t* plan) {
     std::memcpy(plan, phases, count);
 }
 

@@ -26,7 +26,8 @@ constexpr std::size_t vector_bytes = 16;
 // Four 16-bit weights for each column.
 constexpr std::size_t taps_bytes = 8;
 
-void plan_columns(const std::uint8_t* phases, std::size_t count, std::uint8_t* plan) {
+void plan_columns(const std::uint32_t*, const std::uint8_t* phases, std::size_t count,
+                  std::uint8_t* plan) {
     for (std::size_t i = 0; i < count; ++i) {
         const TapRow& taps = scaler_weights[phases[i]];
         const std::int16_t weights[4] = {

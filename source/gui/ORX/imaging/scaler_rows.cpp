@@ -121,7 +121,7 @@ bool make_buffers(const RowKernels& kernels, const ScalePlan& plan, std::size_t 
     const std::size_t row_bytes = round_up(columns * 4, alignment);
     const std::size_t plan_bytes = round_up(columns * kernels.plan_bytes_per_column, alignment);
     const std::size_t padded_bytes =
-        round_up(static_cast<std::size_t>(plan.source_columns) * 4, alignment);
+        round_up((static_cast<std::size_t>(plan.source_columns) + readable_slack) * 4, alignment);
     const std::size_t bytes = plan_bytes + row_bytes * 6 + padded_bytes + columns;
     buffers.memory.reset(
         static_cast<std::uint8_t*>(std::aligned_alloc(alignment, round_up(bytes, alignment))));
@@ -155,7 +155,7 @@ void plan_columns(const RowKernels& kernels, const ScalePlan& plan, std::size_t 
             static_cast<std::uint32_t>(source_pixel(position) - 1 - plan.first_source_column);
         buffers.phases[i] = source_phase(position);
     }
-    kernels.plan_columns(buffers.phases, columns, buffers.plan);
+    kernels.plan_columns(buffers.offsets, buffers.phases, columns, buffers.plan);
 }
 
 // Copies the columns that the taps reach; left and right of the image its edge pixels stand in.

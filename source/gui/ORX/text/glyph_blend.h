@@ -26,3 +26,12 @@ inline void blend_coverage_pixel(const TextRenderer* text, std::uint8_t* pixel,
     pixel[1] = blend_coverage(text, pixel[1], colour.g, coverage);
     pixel[2] = blend_coverage(text, pixel[2], colour.b, coverage);
 }
+
+// The same for a row of coverage.
+inline void blend_coverage_row(const TextRenderer* text, std::uint8_t* pixels,
+                               const TextColour& colour, const unsigned char* coverage,
+                               std::int64_t count) {
+    for (std::int64_t i = 0; i < count; ++i) {
+        blend_coverage_pixel(text, pixels + i * 4, colour, coverage[i]);
+    }
+}

@@ -43,11 +43,18 @@ std::int64_t buffer_bytes(const Pixbuf* pixbuf) {
     return static_cast<std::int64_t>(pixbuf->rowstride) * pixbuf->height;
 }
 
-// A pixel that lies right of the image is the one that follows in memory; behind the last one
-// there is nothing to draw on.
-std::uint8_t* pixel_address(const Pixbuf* pixbuf, std::int64_t x, std::int64_t y) {
+struct PixelSpan {
+    std::uint8_t* pixels;
+    std::int64_t count;
+};
+
+// The pixels from (x, y) on, neither of them negative. Those that lie right of the image are the
+// ones that follow in memory; behind the last one there is nothing to draw on.
+PixelSpan pixel_span(const Pixbuf* pixbuf, std::int64_t x, std::int64_t y, std::int64_t count) {
     const std::int64_t offset = y * pixbuf->rowstride + x * 4;
-    return offset + 4 <= buffer_bytes(pixbuf) ? pixbuf->pixels + offset : nullptr;
+    const std::int64_t there = (buffer_bytes(pixbuf) - offset) / 4;
+    return there < 1 ? PixelSpan{nullptr, 0}
+                     : PixelSpan{pixbuf->pixels + offset, std::min(count, there)};
 }
 
 void draw_glyph_record(const Brush& brush, const unsigned char* glyph, std::int64_t pen,
@@ -60,15 +67,11 @@ void draw_glyph_record(const Brush& brush, const unsigned char* glyph, std::int6
     const std::int64_t end_column = std::min(width, brush.clip.right - left);
     const std::int64_t first_row = std::max<std::int64_t>(0, brush.clip.top + 1 - top);
     const std::int64_t end_row = std::min(height, brush.clip.bottom - top);
-    for (std::int64_t row = first_row; row < end_row; ++row) {
-        const unsigned char* coverage = glyph_coverage(glyph) + row * width;
-        for (std::int64_t column = first_column; column < end_column; ++column) {
-            std::uint8_t* pixel = pixel_address(brush.pixbuf, left + column, top + row);
-            if (pixel == nullptr) {
-                return;
-            }
-            blend_coverage_pixel(brush.text, pixel, brush.colour, coverage[column]);
-        }
+    const std::int64_t columns = end_column - first_column;
+    for (std::int64_t row = first_row; row < end_row && columns > 0; ++row) {
+        const PixelSpan span = pixel_span(brush.pixbuf, left + first_column, top + row, columns);
+        blend_coverage_row(brush.text, span.pixels, brush.colour,
+                           glyph_coverage(glyph) + row * width + first_column, span.count);
     }
 }
 
@@ -158,9 +161,9 @@ void blend_glyph_pixel(const TextRenderer* text, Pixbuf* pixbuf, std::int32_t x,
     if (x < 0 || y < 0 || buffer_bytes(pixbuf) == 0) {
         return;
     }
-    std::uint8_t* pixel = pixel_address(pixbuf, x, y);
-    if (pixel != nullptr) {
-        blend_coverage_pixel(text, pixel, {r, g, b}, coverage);
+    const PixelSpan span = pixel_span(pixbuf, x, y, 1);
+    if (span.count > 0) {
+        blend_coverage_pixel(text, span.pixels, {r, g, b}, coverage);
     }
 }
 
@@ -182,11 +185,11 @@ void put_glyph_pixel(const TextRenderer*, Pixbuf* pixbuf, std::int32_t x, std::i
     if (x < 0 || y < 0 || buffer_bytes(pixbuf) == 0) {
         return;
     }
-    std::uint8_t* pixel = pixel_address(pixbuf, x, y);
-    if (pixel != nullptr) {
-        pixel[0] = static_cast<std::uint8_t>(r);
-        pixel[1] = static_cast<std::uint8_t>(g);
-        pixel[2] = static_cast<std::uint8_t>(b);
-        pixel[3] = 255;
+    const PixelSpan span = pixel_span(pixbuf, x, y, 1);
+    if (span.count > 0) {
+        span.pixels[0] = static_cast<std::uint8_t>(r);
+        span.pixels[1] = static_cast<std::uint8_t>(g);
+        span.pixels[2] = static_cast<std::uint8_t>(b);
+        span.pixels[3] = 255;
     }
 }
