@@ -1,0 +1,149 @@
+// Reading /proc/ID/mem along /proc/ID/maps, and searching.
+
+#include "faults/memory_scan.h"
+
+#include "faults/surroundings.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <set>
+#include <sstream>
+
+namespace faults {
+
+namespace files = std::filesystem;
+
+namespace {
+
+constexpr std::size_t context_bytes = 24;
+constexpr std::size_t most_reported = 20;
+
+std::set<std::string> pieces_of(const std::string& secret) {
+    std::set<std::string> pieces;
+    for (std::size_t at = 0; at + telling_length <= secret.size(); ++at) {
+        pieces.insert(secret.substr(at, telling_length));
+    }
+    return pieces;
+}
+
+std::string printable(const std::string& bytes) {
+    std::string text;
+    for (const char byte : bytes) {
+        text += std::isprint(static_cast<unsigned char>(byte)) != 0 ? byte : '.';
+    }
+    return text;
+}
+
+// Positions of pieces; those that overlap the one before are the same copy.
+std::vector<std::size_t> copies_in(const std::string& bytes, const std::set<std::string>& pieces) {
+    std::vector<std::size_t> found;
+    for (const std::string& piece : pieces) {
+        for (std::size_t at = bytes.find(piece); at != std::string::npos;
+             at = bytes.find(piece, at + 1)) {
+            found.push_back(at);
+        }
+    }
+    std::sort(found.begin(), found.end());
+    std::vector<std::size_t> copies;
+    std::size_t last = 0;
+    for (const std::size_t at : found) {
+        if (copies.empty() || at - last > telling_length) {
+            copies.push_back(at);
+        }
+        last = at;
+    }
+    return copies;
+}
+
+std::string bytes_of(int memory, std::uint64_t begin, std::uint64_t end) {
+    std::string bytes(end - begin, '\0');
+    std::size_t filled = 0;
+    while (filled < bytes.size()) {
+        const ssize_t count = pread(memory, bytes.data() + filled, bytes.size() - filled,
+                                    static_cast<off_t>(begin + filled));
+        if (count <= 0) {
+            break;
+        }
+        filled += static_cast<std::size_t>(count);
+    }
+    bytes.resize(filled);
+    return bytes;
+}
+
+} // namespace
+
+std::vector<std::string> copies_in_memory(pid_t process, const std::string& secret) {
+    const std::string folder = "/proc/" + std::to_string(process);
+    const std::set<std::string> pieces = pieces_of(secret);
+    const int memory = open((folder + "/mem").c_str(), O_RDONLY | O_CLOEXEC);
+    std::vector<std::string> copies;
+    if (memory < 0) {
+        copies.push_back("the memory cannot be read");
+        return copies;
+    }
+    std::istringstream maps(text_of(folder + "/maps"));
+    for (std::string line; std::getline(maps, line) && copies.size() < most_reported;) {
+        std::uint64_t begin = 0;
+        std::uint64_t end = 0;
+        char rights[5] = {};
+        if (std::sscanf(line.c_str(), "%lx-%lx %4s", &begin, &end, rights) != 3 ||
+            rights[0] != 'r' || rights[1] != 'w') {
+            continue;
+        }
+        const std::string bytes = bytes_of(memory, begin, end);
+        for (const std::size_t at : copies_in(bytes, pieces)) {
+            const std::size_t from = at > context_bytes ? at - context_bytes : 0;
+            char address[32];
+            std::snprintf(address, sizeof address, "%lx", begin + at);
+            copies.push_back(std::string(address) + " " + line + ": " +
+                             printable(bytes.substr(from, 3 * context_bytes)));
+        }
+    }
+    close(memory);
+    return copies;
+}
+
+std::vector<std::string> processes_that_show(const std::string& secret) {
+    std::vector<std::string> showing;
+    for (const auto& entry : files::directory_iterator("/proc")) {
+        const std::string id = entry.path().filename().string();
+        if (id.find_first_not_of("0123456789") != std::string::npos) {
+            continue;
+        }
+        const std::string arguments = text_of("/proc/" + id + "/cmdline");
+        if (shows_piece_of(arguments, secret) ||
+            shows_piece_of(text_of("/proc/" + id + "/environ"), secret)) {
+            showing.push_back(id + " " + printable(arguments));
+        }
+    }
+    return showing;
+}
+
+std::vector<std::string> files_that_hold(const std::string& folder, const std::string& secret) {
+    std::vector<std::string> holding;
+    std::error_code failure;
+    for (const auto& entry : files::recursive_directory_iterator(
+             folder, files::directory_options::skip_permission_denied, failure)) {
+        const std::string path = entry.path().string();
+        if (entry.is_regular_file(failure) && !entry.is_symlink(failure) &&
+            shows_piece_of(text_of(path), secret)) {
+            holding.push_back(path);
+        }
+    }
+    return holding;
+}
+
+bool shows_piece_of(const std::string& text, const std::string& secret) {
+    const std::set<std::string> pieces = pieces_of(secret);
+    return std::any_of(pieces.begin(), pieces.end(), [&text](const std::string& piece) {
+        return text.find(piece) != std::string::npos;
+    });
+}
+
+} // namespace faults

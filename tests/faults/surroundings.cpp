@@ -1,0 +1,126 @@
+// Wrapping the start, changing /tmp, and looking at processes.
+
+#include "faults/surroundings.h"
+
+#include <sys/mount.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace faults {
+
+namespace files = std::filesystem;
+
+using end_to_end::Scenario;
+
+namespace {
+
+struct ProcessLine {
+    pid_t id = 0;
+    std::string name;
+    char state = ' ';
+    pid_t parent = 0;
+};
+
+// /proc/ID/stat: the name stands in brackets and may hold anything.
+ProcessLine process_line(const std::string& id) {
+    ProcessLine line;
+    const std::string text = text_of("/proc/" + id + "/stat");
+    const auto name_begin = text.find('(');
+    const auto name_end = text.rfind(')');
+    if (name_begin == std::string::npos || name_end == std::string::npos) {
+        return line;
+    }
+    line.id = std::stoi(id);
+    line.name = text.substr(name_begin + 1, name_end - name_begin - 1);
+    std::istringstream rest(text.substr(name_end + 1));
+    rest >> line.state >> line.parent;
+    return line;
+}
+
+std::vector<std::string> process_ids() {
+    std::vector<std::string> ids;
+    for (const auto& entry : files::directory_iterator("/proc")) {
+        const std::string name = entry.path().filename().string();
+        if (name.find_first_not_of("0123456789") == std::string::npos) {
+            ids.push_back(name);
+        }
+    }
+    return ids;
+}
+
+} // namespace
+
+void start_through_shell(const Scenario& scenario, const std::string& prepare,
+                         const std::string& wrap, const std::string& rest) {
+    const std::string program = scenario.program_path();
+    const std::string real = program + ".real";
+    if (!files::exists(real)) {
+        files::rename(program, real);
+    }
+    support::write_file(
+        program, "#!/bin/bash\n" + prepare + "\nexec " + wrap + " " + real + " " + rest + "\n",
+        0755);
+}
+
+void remount_tmp(unsigned long flags, const std::string& data) {
+    if (mount("tmpfs", "/tmp", "tmpfs", MS_REMOUNT | MS_NODEV | flags,
+              data.empty() ? nullptr : data.c_str()) != 0) {
+        throw std::runtime_error(std::string("cannot remount /tmp: ") + std::strerror(errno));
+    }
+}
+
+std::string text_of(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+std::vector<pid_t> children_of(pid_t parent) {
+    std::vector<pid_t> children;
+    for (const std::string& id : process_ids()) {
+        const ProcessLine line = process_line(id);
+        if (line.parent == parent) {
+            children.push_back(line.id);
+        }
+    }
+    return children;
+}
+
+std::vector<std::string> processes_of(const support::Account& account) {
+    std::vector<std::string> processes;
+    for (const std::string& id : process_ids()) {
+        // Accounts of other tests' worlds may have the same number, but not the same folder of
+        // temporary files.
+        struct stat process {};
+        struct stat own_tmp {};
+        struct stat its_tmp {};
+        if (stat(("/proc/" + id).c_str(), &process) != 0 || process.st_uid != account.uid ||
+            stat("/tmp", &own_tmp) != 0 ||
+            stat(("/proc/" + id + "/root/tmp").c_str(), &its_tmp) != 0 ||
+            own_tmp.st_dev != its_tmp.st_dev) {
+            continue;
+        }
+        processes.push_back(id + " " + process_line(id).name);
+    }
+    return processes;
+}
+
+char state_of(pid_t process) {
+    return process_line(std::to_string(process)).state;
+}
+
+void install_from_password_screen(Scenario& scenario, const std::string& password) {
+    scenario.give_password(password);
+    scenario.reach_folder_browser();
+    scenario.accept_folder();
+    scenario.reach_last_screen();
+}
+
+} // namespace faults
