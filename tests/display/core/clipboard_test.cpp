@@ -123,13 +123,23 @@ TEST_F(ClipboardTest, AFreeSlotAsksForNothing) {
     EXPECT_EQ(owner.requests(), 0);
 }
 
-TEST_F(ClipboardTest, XclipAnswers) {
-    support::ChildProcess xclip(
-        owner_program(display(), "sh -c 'printf from-xclip | xclip -selection clipboard -quiet'"));
+TEST_F(ClipboardTest, XclipAnswersWithTextOfTheKindThatIsAskedFor) {
+    support::ChildProcess xclip(owner_program(
+        display(), "sh -c 'printf from-xclip | xclip -selection clipboard -target STRING -quiet'"));
     ASSERT_TRUE(support::wait_until([&] {
         clipboard_request_paste(desk.engine, id);
         return log.has(selection_of("from-xclip"));
     }));
+}
+
+TEST_F(ClipboardTest, XclipsUtf8AnswerCountsAsNone) {
+    support::ChildProcess xclip(
+        owner_program(display(), "sh -c 'printf utf8 | xclip -selection clipboard -quiet'"));
+    ASSERT_TRUE(support::wait_until([&] {
+        clipboard_request_paste(desk.engine, id);
+        return log.has(no_selection());
+    }));
+    EXPECT_EQ(log.count("selection ["), 0);
 }
 
 TEST_F(ClipboardTest, XselAnswers) {

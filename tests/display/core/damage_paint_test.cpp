@@ -111,7 +111,7 @@ TEST_F(DamagePaint, DamageWithoutAPainterIsDropped) {
 }
 
 TEST_F(DamagePaint, AWindowDestroyedByItsPainterIsNoLongerPaintedAndTheOthersAre) {
-    CallLog third_log;
+    CallLog& third_log = desk.new_log();
     const WindowId third = desk.make_window(&third_log);
     send.expose(0, 0, 10, 10);
     send.expose(20, 0, 10, 10);
@@ -125,7 +125,7 @@ TEST_F(DamagePaint, AWindowDestroyedByItsPainterIsNoLongerPaintedAndTheOthersAre
 }
 
 TEST_F(DamagePaint, ASlotUsedAgainInsideThePainterInheritsNoDamage) {
-    CallLog heir_log;
+    CallLog& heir_log = desk.new_log();
     send.expose(0, 0, 10, 10);
     send.expose(20, 0, 10, 10);
     log.actions["paint"] = [&] {

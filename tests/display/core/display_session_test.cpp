@@ -59,7 +59,7 @@ TEST_F(DisplaySession, WithoutAnInputMethodKeyPressesReachNobodyAndReleasesDo) {
     setenv("XMODIFIERS", "@im=nonexistent", 1);
     EngineDesk other;
     unsetenv("XMODIFIERS");
-    CallLog log;
+    CallLog& log = other.new_log();
     const WindowId id = other.make_window(&log);
     const events::Sender send{other.view, other.x_window(id)};
     send.key(true, 38);
@@ -72,7 +72,7 @@ TEST_F(DisplaySession, WithoutAnInputMethodKeyPressesReachNobodyAndReleasesDo) {
 TEST_F(DisplaySession, ClosingWaitsForTheLoopWhichTakesItsWindowsWithIt) {
     ASSERT_TRUE(opened());
     desk.start_loop();
-    CallLog log;
+    CallLog& log = desk.new_log();
     const WindowId id = desk.show_window(&log);
     const auto window = desk.x_window(id);
     engine_close_display(desk.engine);
@@ -84,7 +84,7 @@ TEST_F(DisplaySession, ClosingWaitsForTheLoopWhichTakesItsWindowsWithIt) {
 TEST_F(DisplaySession, TheLoopEndsItsWindowsAndLeavesTheDisplayOpen) {
     ASSERT_TRUE(opened());
     desk.start_loop();
-    CallLog log;
+    CallLog& log = desk.new_log();
     const auto window = desk.x_window(desk.show_window(&log));
     desk.end_loop();
     EXPECT_FALSE(desk.view.exists(window));
@@ -95,7 +95,7 @@ TEST_F(DisplaySession, TheLoopEndsItsWindowsAndLeavesTheDisplayOpen) {
 
 TEST_F(DisplaySession, WindowsLeftWithoutALoopEndWithTheDisplay) {
     ASSERT_TRUE(opened());
-    CallLog log;
+    CallLog& log = desk.new_log();
     const auto window = desk.x_window(desk.make_window(&log));
     engine_close_display(desk.engine);
     EXPECT_TRUE(support::wait_until([&] { return !desk.view.exists(window); }));

@@ -34,6 +34,8 @@ UiEngine* engine_for(const std::string& display_name, bool open) {
 EngineDesk::EngineDesk(const DeskOptions& options)
     : server(options.server), window_manager(options.window_manager, server.display_name()),
       view(server.display_name()), engine(engine_for(server.display_name(), options.open)) {
+    // Long ago, or the first press would count as the second of a double click.
+    engine->last_press_time = {};
     if (options.run) {
         start_loop();
     }
@@ -53,6 +55,15 @@ void EngineDesk::end_loop() {
         event_loop_stop(engine);
         loop_.join();
     }
+}
+
+void EngineDesk::join_loop() {
+    loop_.join();
+}
+
+CallLog& EngineDesk::new_log() {
+    logs_.push_back(std::make_unique<CallLog>());
+    return *logs_.back();
 }
 
 WindowId EngineDesk::make_window(CallLog* log, int x, int y, int width, int height) {

@@ -33,6 +33,11 @@ public:
     void start_loop();
     // Stops the loop and waits for its end.
     void end_loop();
+    // Waits for the end of a loop that something else has stopped.
+    void join_loop();
+
+    // A log that outlives the event thread, as every log of a window must.
+    CallLog& new_log();
 
     // A plain window of 200 x 100 with every callback recorded and input selected, on screen.
     WindowId show_window(CallLog* log, int x = 50, int y = 60, int width = 200, int height = 100);
@@ -43,6 +48,7 @@ public:
     void settle(WindowId id, CallLog* log);
 
 private:
+    std::vector<std::unique_ptr<CallLog>> logs_;
     std::thread loop_;
     long settle_count_ = 1'000'000;
 };

@@ -34,7 +34,7 @@ TEST_F(HostileEvents, MessagesOfOtherFormatsAreOnlyMessages) {
 
 TEST_F(HostileEvents, EventsThatNameNoWindowReachNobody) {
     // A free slot keeps its on_close and holds no window: an event for window 0 must not find it.
-    CallLog former_log;
+    CallLog& former_log = desk.new_log();
     const WindowId former = desk.make_window(&former_log);
     window_destroy(desk.engine, former);
     for (int type = 2; type < 36; ++type) {

@@ -6,6 +6,10 @@
 #include "gui/ORX/core/window_table.h"
 #include "support/person.h"
 
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+
 namespace {
 
 using support::WindowManagerKind;
@@ -73,8 +77,10 @@ TEST_F(Placement, APositionOfTheCallersStays) {
 
 TEST(PlacementOnTwoScreens, APointerOnTheOtherScreenCannotBeAskedFor) {
     EngineDesk desk{{.server = {.screens = 2}, .run = false}};
-    support::Person person(desk.server.display_name(), 1);
-    person.move_pointer(100, 100);
+    const support::DisplayView second(desk.server.display_name(), 1);
+    xcb_warp_pointer(second.connection(), 0, second.root(), 0, 0, 0, 0, 100, 100);
+    std::free(xcb_get_input_focus_reply(second.connection(),
+                                        xcb_get_input_focus(second.connection()), nullptr));
     std::int32_t x = 5;
     std::int32_t y = 6;
     EXPECT_FALSE(place_near_pointer(desk.engine, &x, &y, 10, 10, 1.0F));

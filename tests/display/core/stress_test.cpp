@@ -122,11 +122,9 @@ TEST(Stress, WindowsComeAndGoUnderTheEventThread) {
 TEST(Stress, OpeningAndClosingUnderTheLoopOverAndOver) {
     EngineDesk desk;
     for (int i = 0; i < 20; ++i) {
-        CallLog log;
-        const WindowId id = desk.show_window(&log);
-        EXPECT_NE(id, no_window);
+        EXPECT_NE(desk.show_window(&desk.new_log()), no_window);
         engine_close_display(desk.engine);
-        desk.end_loop();
+        desk.join_loop();
         ASSERT_TRUE(engine_open_display(desk.engine));
         desk.start_loop();
     }

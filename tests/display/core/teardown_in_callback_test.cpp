@@ -88,7 +88,7 @@ TEST_P(TeardownIn, ItsOwnWindowMayEnd) {
 }
 
 TEST_P(TeardownIn, ItsOwnWindowMayEndAndAnotherTakeItsSlot) {
-    CallLog heir_log;
+    CallLog& heir_log = desk.new_log();
     act_in_callback([&] {
         window_destroy(engine, id);
         EXPECT_EQ(desk.make_window(&heir_log), id);
@@ -126,7 +126,7 @@ TEST_P(TeardownIn, AllWindowsMayEnd) {
     trigger();
     ASSERT_TRUE(support::wait_until([this] { return acted >= 100; }));
     EXPECT_TRUE(support::wait_until([this] { return window_table_empty(engine); }));
-    CallLog next_log;
+    CallLog& next_log = desk.new_log();
     const WindowId next = desk.make_window(&next_log);
     events::Sender{desk.view, desk.x_window(next)}.press(4, 4, 2);
     EXPECT_TRUE(next_log.wait_for_count("press 4 4 2", 1));

@@ -4,8 +4,6 @@
 
 #include "gui/ORX/core/window_table.h"
 
-#include <numeric>
-
 namespace {
 
 std::atomic<int> engine_ticks{0};
@@ -53,7 +51,7 @@ TEST_F(Timers, ASecondOrMoreNeverFires) {
 }
 
 TEST_F(Timers, AWindowTickThatReturnsFalseComesOnce) {
-    CallLog other;
+    CallLog& other = desk.new_log();
     desk.make_window(&other);
     log.keep_ticking = false;
     engine_set_window_tick_interval(engine, 1);
@@ -72,11 +70,11 @@ TEST_F(Timers, AnEngineTickThatReturnsFalseComesOnce) {
 }
 
 TEST_F(Timers, AWindowEndedInATickMakesNoOtherMissIt) {
-    std::vector<std::unique_ptr<CallLog>> logs;
+    std::vector<CallLog*> logs;
     std::vector<WindowId> ids;
     for (int i = 0; i < 6; ++i) {
-        logs.push_back(std::make_unique<CallLog>());
-        ids.push_back(desk.make_window(logs.back().get()));
+        logs.push_back(&desk.new_log());
+        ids.push_back(desk.make_window(logs.back()));
     }
     logs[1]->actions["tick"] = [&] {
         window_destroy(engine, ids[0]);
@@ -97,7 +95,7 @@ TEST_F(Timers, AWindowEndedInATickMakesNoOtherMissIt) {
 }
 
 TEST_F(Timers, AHeirOfTheSlotKeepsItsTickWhenTheOldOneEndsItself) {
-    CallLog heir;
+    CallLog& heir = desk.new_log();
     log.keep_ticking = false;
     log.actions["tick"] = [&] {
         window_destroy(engine, id);

@@ -5,6 +5,11 @@
 
 namespace {
 
+// Xlib's own handler would end the process before the display's exit handler is asked.
+int go_on(Display*) {
+    return 0;
+}
+
 void note_loss(Display*, void* lost) {
     if (lost != nullptr) {
         *static_cast<std::atomic<bool>*>(lost) = true;
@@ -14,6 +19,7 @@ void note_loss(Display*, void* lost) {
 } // namespace
 
 void watch_connection(Display* display, std::atomic<bool>* lost) {
+    XSetIOErrorHandler(go_on);
     XSetIOErrorExitHandler(display, note_loss, lost);
 }
 
