@@ -24,6 +24,7 @@ struct ExpectedBrowser {
     int thumb_top = -1; // design pixels; -1: where the offset puts it
     bool dragging = false;
     bool ok_lit = false;
+    bool ok_refused = false; // pressed in vain: repainted, at rest again
     bool cancel_lit = false;
 };
 

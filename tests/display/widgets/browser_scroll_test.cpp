@@ -82,14 +82,14 @@ TEST_P(BrowserScroll, DraggingTheThumbPastBothEndsComesBack) {
     desk.person.press_button();
     expect_offset(0, 81, true);
     desk.point_at_device(x, static_cast<int>(425 * scale));
-    expect_offset(range(), 351 - 34, true);
+    expect_offset(range(), 351 - 35, true);
     desk.point_at_device(x, 5);
     expect_offset(0, 81, true);
     // The thumb has gone above its track with the pointer, and comes back only with it.
     desk.point_at_device(x, start);
     expect_offset(0, 81, true);
     desk.point_at_device(x, start + static_cast<int>(100 * scale));
-    const float position = 100.0F / static_cast<float>(351 - 34 - 81);
+    const float position = 100.0F / static_cast<float>(351 - 35 - 81);
     expect_offset(static_cast<int>(static_cast<float>(range()) * position + 0.5F), 181, true);
     desk.person.release_button();
     expect_offset(static_cast<int>(static_cast<float>(range()) * position + 0.5F), 181, false);

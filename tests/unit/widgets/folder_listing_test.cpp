@@ -8,11 +8,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstring>
 #include <memory>
 #include <random>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -218,6 +220,28 @@ TEST(FolderReading, TakesAnyNumberOfEntriesAndDropsThosePastTheTable) {
         EXPECT_EQ(table.names().size(), static_cast<std::size_t>(listed)) << entries;
         EXPECT_EQ(table.visible, listed) << entries;
     }
+}
+
+TEST(FolderReading, EntriesMayVanishWhileItReads) {
+    const TestFolder folder;
+    folder.add_files(200, "stays");
+    std::atomic<bool> stop{false};
+    std::thread other([&] {
+        while (!stop) {
+            folder.add_files(50, "goes");
+            for (int i = 0; i < 50; ++i) {
+                unlink(folder.path_of("goes" + std::to_string(i)).c_str());
+            }
+        }
+    });
+    for (int round = 0; round < 100; ++round) {
+        Table table;
+        EXPECT_TRUE(table.read(folder.path()));
+        EXPECT_GE(table.visible, 202);
+        EXPECT_NE(table.find("stays199"), nullptr);
+    }
+    stop = true;
+    other.join();
 }
 
 TEST(FolderReading, CountsHiddenEntriesInTheTable) {
