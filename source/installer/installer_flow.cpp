@@ -84,8 +84,10 @@ bool authenticate() {
     }
 }
 
-// The last screen stays until OK is pressed.
+// The last screen stays until OK is pressed, for hours perhaps: nothing needs the password any
+// more.
 void finish() {
+    wipe_and_free(&installer.password);
     main_window_offer_ok();
     (void)wait_for(installer.finish_requested);
 }

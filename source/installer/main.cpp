@@ -12,6 +12,7 @@
 #include "installer/signals.h"
 #include "privilege/auth_method.h"
 
+#include <sys/prctl.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -44,6 +45,12 @@ void refuse_root() {
     log_print("will be prompted for your password when required.\n");
     log_print("\n");
     std::exit(-1);
+}
+
+// The password will be in this memory: it goes into no core file, and no other program of the same
+// person may look into it.
+void close_memory_to_others() {
+    (void)prctl(PR_SET_DUMPABLE, 0);
 }
 
 void choose_auth_method() {
@@ -147,6 +154,7 @@ int main() {
     format_titles();
     print_titles();
     refuse_root();
+    close_memory_to_others();
     choose_auth_method();
     install_signal_handlers();
     create_engine();
