@@ -58,6 +58,16 @@ void install(int signal, void (*handler)(int), struct sigaction* saved) {
     sigaction(signal, &action, saved);
 }
 
+// A parent may have left them blocked, and then nobody could interrupt the installer.
+void unblock_handled_signals() {
+    sigset_t handled;
+    sigemptyset(&handled);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        sigaddset(&handled, signal);
+    }
+    pthread_sigmask(SIG_UNBLOCK, &handled, nullptr);
+}
+
 } // namespace
 
 void install_signal_handlers() {
@@ -68,6 +78,7 @@ void install_signal_handlers() {
     install(SIGINT, on_sigint, &installer.saved_sigint);
     install(SIGHUP, on_sighup, &installer.saved_sighup);
     install(SIGPIPE, SIG_IGN, &installer.saved_sigpipe);
+    unblock_handled_signals();
 }
 
 void restore_signal_handlers() {
