@@ -67,12 +67,16 @@ char mask(char c) {
 // Where in the block the password stands, which is only kept masked.
 std::size_t count_in(const char* block, std::size_t size, const std::vector<char>& masked) {
     std::size_t found = 0;
-    for (std::size_t at = 0; at + masked.size() <= size; ++at) {
+    const char* end = block + size;
+    const char* at = block;
+    while ((at = static_cast<const char*>(
+                memchr(at, mask(masked[0]), static_cast<std::size_t>(end - at)))) != nullptr) {
         std::size_t same = 0;
-        while (same < masked.size() && block[at + same] == mask(masked[same])) {
+        while (same < masked.size() && at + same < end && at[same] == mask(masked[same])) {
             ++same;
         }
         found += same == masked.size() ? 1 : 0;
+        ++at;
     }
     return found;
 }
@@ -90,7 +94,7 @@ std::size_t copies_in_memory(const std::vector<char>& masked) {
         std::uintptr_t end = 0;
         char rights[5];
         if (std::sscanf(line, "%zx-%zx %4s", &start, &end, rights) != 3 || rights[1] != 'w' ||
-            end - start > (std::uintptr_t{1} << 30)) { // a sanitizer's shadow is not memory
+            end - start > (std::uintptr_t{1} << 28)) { // a sanitizer's shadow is not memory
             continue;
         }
         const auto own = reinterpret_cast<std::uintptr_t>(block);
@@ -208,7 +212,8 @@ int main(int count, char** words) {
         length = bytes > 0 ? static_cast<std::size_t>(bytes) : 0;
         close(file);
     }
-    std::vector<char> masked(password, password + length);
+    // Its second half is looked for: the start of a forgotten copy is soon written over.
+    std::vector<char> masked(password + length / 2, password + length);
     for (char& c : masked) {
         c = mask(c);
     }
