@@ -69,14 +69,14 @@ void full_panel_of_text_beside_scaling_it(benchmark::State& state) {
     Panel panel(2.0F);
     panel.draw_background();
     paired::compare(
-        state, [&panel] { panel.draw_lines(); }, [&panel] { panel.show(); });
+        state, [&panel] { panel.draw_lines(); }, [&panel] { panel.show(); }, 8);
 }
 
 void coloured_text_beside_scaling_it(benchmark::State& state) {
     Panel panel(2.0F);
     panel.draw_background();
     paired::compare(
-        state, [&panel] { panel.draw_coloured_lines(); }, [&panel] { panel.show(); });
+        state, [&panel] { panel.draw_coloured_lines(); }, [&panel] { panel.show(); }, 8);
 }
 
 // Shares of a repaint of the whole window: ours is the step, theirs the whole.
@@ -91,8 +91,8 @@ void repaint_share(benchmark::State& state, void (Panel::*step)()) {
         });
 }
 
-BENCHMARK(full_panel_of_text_beside_scaling_it)->Iterations(400);
-BENCHMARK(coloured_text_beside_scaling_it)->Iterations(400);
+BENCHMARK(full_panel_of_text_beside_scaling_it)->Iterations(100);
+BENCHMARK(coloured_text_beside_scaling_it)->Iterations(100);
 BENCHMARK_CAPTURE(repaint_share, background, &Panel::draw_background)
     ->Arg(100)
     ->Arg(200)

@@ -27,11 +27,15 @@ inline void blend_coverage_pixel(const TextRenderer* text, std::uint8_t* pixel,
     pixel[2] = blend_coverage(text, pixel[2], colour.b, coverage);
 }
 
-// The same for a row of coverage.
-inline void blend_coverage_row(const TextRenderer* text, std::uint8_t* pixels,
-                               const TextColour& colour, const unsigned char* coverage,
-                               std::int64_t count) {
-    for (std::int64_t i = 0; i < count; ++i) {
-        blend_coverage_pixel(text, pixels + i * 4, colour, coverage[i]);
-    }
-}
+// A box of pixels and the coverage that is blended into it.
+struct GlyphBox {
+    std::uint8_t* pixels;
+    std::int64_t pixel_stride; // bytes from one row to the next
+    const unsigned char* coverage;
+    std::int64_t coverage_stride;
+    std::int64_t columns;
+    std::int64_t rows;
+};
+
+// Blends the coverage into the whole box.
+void blend_glyph_box(const TextRenderer* text, const TextColour& colour, const GlyphBox& box);

@@ -43,18 +43,26 @@ std::int64_t buffer_bytes(const Pixbuf* pixbuf) {
     return static_cast<std::int64_t>(pixbuf->rowstride) * pixbuf->height;
 }
 
-struct PixelSpan {
-    std::uint8_t* pixels;
-    std::int64_t count;
-};
+// Neither x nor y is negative. A pixel that lies right of the image is the one that follows in
+// memory; behind the last one there is nothing to draw on.
+std::int64_t pixel_offset(const Pixbuf* pixbuf, std::int64_t x, std::int64_t y) {
+    return y * pixbuf->rowstride + x * 4;
+}
 
-// The pixels from (x, y) on, neither of them negative. Those that lie right of the image are the
-// ones that follow in memory; behind the last one there is nothing to draw on.
-PixelSpan pixel_span(const Pixbuf* pixbuf, std::int64_t x, std::int64_t y, std::int64_t count) {
-    const std::int64_t offset = y * pixbuf->rowstride + x * 4;
-    const std::int64_t there = (buffer_bytes(pixbuf) - offset) / 4;
-    return there < 1 ? PixelSpan{nullptr, 0}
-                     : PixelSpan{pixbuf->pixels + offset, std::min(count, there)};
+// How many of the rows of pixels from the offset on lie in the buffer as a whole.
+std::int64_t rows_with_room(const Pixbuf* pixbuf, std::int64_t offset, std::int64_t columns,
+                            std::int64_t rows) {
+    const std::int64_t room = buffer_bytes(pixbuf) - offset - columns * 4;
+    return room < 0 ? 0 : std::min(rows, room / pixbuf->rowstride + 1);
+}
+
+// The pixel at (x, y), or null when there is none.
+std::uint8_t* find_pixel(const Pixbuf* pixbuf, std::int32_t x, std::int32_t y) {
+    if (x < 0 || y < 0 || buffer_bytes(pixbuf) == 0) {
+        return nullptr;
+    }
+    const std::int64_t offset = pixel_offset(pixbuf, x, y);
+    return rows_with_room(pixbuf, offset, 1, 1) > 0 ? pixbuf->pixels + offset : nullptr;
 }
 
 void draw_glyph_record(const Brush& brush, const unsigned char* glyph, std::int64_t pen,
@@ -67,11 +75,36 @@ void draw_glyph_record(const Brush& brush, const unsigned char* glyph, std::int6
     const std::int64_t end_column = std::min(width, brush.clip.right - left);
     const std::int64_t first_row = std::max<std::int64_t>(0, brush.clip.top + 1 - top);
     const std::int64_t end_row = std::min(height, brush.clip.bottom - top);
-    const std::int64_t columns = end_column - first_column;
-    for (std::int64_t row = first_row; row < end_row && columns > 0; ++row) {
-        const PixelSpan span = pixel_span(brush.pixbuf, left + first_column, top + row, columns);
-        blend_coverage_row(brush.text, span.pixels, brush.colour,
-                           glyph_coverage(glyph) + row * width + first_column, span.count);
+    if (first_column >= end_column || first_row >= end_row) {
+        return;
+    }
+    GlyphBox box = {nullptr,
+                    brush.pixbuf->rowstride,
+                    glyph_coverage(glyph) + first_row * width + first_column,
+                    width,
+                    end_column - first_column,
+                    end_row - first_row};
+    // Nothing is cut at the right, so the last rows may reach behind the last pixel: those go row
+    // by row, as far as there are pixels.
+    const std::int64_t offset = pixel_offset(brush.pixbuf, left + first_column, top + first_row);
+    const std::int64_t whole_rows = rows_with_room(brush.pixbuf, offset, box.columns, box.rows);
+    std::int64_t rows_left = box.rows - whole_rows;
+    if (whole_rows > 0) {
+        box.pixels = brush.pixbuf->pixels + offset;
+        box.rows = whole_rows;
+        blend_glyph_box(brush.text, brush.colour, box);
+    }
+    box.rows = 1;
+    box.coverage += whole_rows * width;
+    for (std::int64_t start = offset + whole_rows * box.pixel_stride; rows_left > 0; --rows_left) {
+        box.columns = std::min(box.columns, (buffer_bytes(brush.pixbuf) - start) / 4);
+        if (box.columns < 1) {
+            return;
+        }
+        box.pixels = brush.pixbuf->pixels + start;
+        blend_glyph_box(brush.text, brush.colour, box);
+        start += box.pixel_stride;
+        box.coverage += width;
     }
 }
 
@@ -158,12 +191,9 @@ void draw_glyph(const TextRenderer* text, Pixbuf* pixbuf, std::uint32_t code_poi
 
 void blend_glyph_pixel(const TextRenderer* text, Pixbuf* pixbuf, std::int32_t x, std::int32_t y,
                        std::int32_t r, std::int32_t g, std::int32_t b, std::int32_t coverage) {
-    if (x < 0 || y < 0 || buffer_bytes(pixbuf) == 0) {
-        return;
-    }
-    const PixelSpan span = pixel_span(pixbuf, x, y, 1);
-    if (span.count > 0) {
-        blend_coverage_pixel(text, span.pixels, {r, g, b}, coverage);
+    std::uint8_t* pixel = find_pixel(pixbuf, x, y);
+    if (pixel != nullptr) {
+        blend_coverage_pixel(text, pixel, {r, g, b}, coverage);
     }
 }
 
@@ -182,14 +212,11 @@ void draw_text_current_colour(const TextRenderer* text, Pixbuf* pixbuf, const ch
 
 void put_glyph_pixel(const TextRenderer*, Pixbuf* pixbuf, std::int32_t x, std::int32_t y,
                      std::int32_t r, std::int32_t g, std::int32_t b) {
-    if (x < 0 || y < 0 || buffer_bytes(pixbuf) == 0) {
-        return;
-    }
-    const PixelSpan span = pixel_span(pixbuf, x, y, 1);
-    if (span.count > 0) {
-        span.pixels[0] = static_cast<std::uint8_t>(r);
-        span.pixels[1] = static_cast<std::uint8_t>(g);
-        span.pixels[2] = static_cast<std::uint8_t>(b);
-        span.pixels[3] = 255;
+    std::uint8_t* pixel = find_pixel(pixbuf, x, y);
+    if (pixel != nullptr) {
+        pixel[0] = static_cast<std::uint8_t>(r);
+        pixel[1] = static_cast<std::uint8_t>(g);
+        pixel[2] = static_cast<std::uint8_t>(b);
+        pixel[3] = 255;
     }
 }

@@ -3,6 +3,7 @@
 
 #include "gui/ORX/text/font_data.h"
 #include "gui/ORX/text/glyph.h"
+#include "gui/ORX/text/glyph_blend.h"
 
 #include <langinfo.h>
 
@@ -32,6 +33,22 @@ std::uint32_t gamma_entry(int i, float exponent) {
     return value < 0.0F ? 0U : static_cast<std::uint32_t>(value * 255.0F) & 255U;
 }
 
+// Nearly all text is white, and every pixel of a glyph's box is blended: a table of all outcomes
+// more than halves the time of drawing it.
+void tabulate_white(TextRenderer* text) {
+    auto* table = new (std::nothrow) std::uint8_t[256][256];
+    if (table == nullptr) {
+        return;
+    }
+    for (int coverage = 0; coverage < 256; ++coverage) {
+        for (int stored = 0; stored < 256; ++stored) {
+            table[coverage][stored] =
+                blend_coverage(text, static_cast<std::uint8_t>(stored), 255, coverage);
+        }
+    }
+    text->white_over = table;
+}
+
 void measure_font(TextRenderer* text) {
     for (std::uint32_t code = 0; code < glyphs_that_count; ++code) {
         const unsigned char* glyph = find_glyph(text, code);
@@ -58,6 +75,7 @@ TextRenderer* text_renderer_new(UiEngine* engine) {
         text->gamma_encode[i] = gamma_entry(i, encode_exponent);
         text->gamma_decode[i] = gamma_entry(i, decode_exponent);
     }
+    tabulate_white(text);
     std::copy_n(orx_font_glyphs, 256, text->glyphs);
     text->default_colour = 0xFFFFFF;
     text->engine = engine;

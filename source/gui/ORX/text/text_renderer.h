@@ -20,6 +20,10 @@ struct TextRenderer {
     std::uint32_t line_height;
     std::int32_t utf8; // 1 = the locale's character set is UTF-8
     UiEngine* engine;  // not owned
+    // What white text of a coverage makes of a stored channel: [coverage][stored], 256 x 256,
+    // owned. It follows from the two tables and is there for speed; null = white is blended as any
+    // colour.
+    const std::uint8_t (*white_over)[256];
 };
 
 // The locale must already have been set. Null when no memory can be had. Freed by
