@@ -72,6 +72,7 @@ void deliver_queued_events(benchmark::State& state) {
         window_set_on_client_message(engine, id, count_message);
         XEvent event{};
         event.xclient.type = ClientMessage;
+        event.xclient.display = engine_display(engine);
         event.xclient.window = window_x_window(engine, id);
         event.xclient.format = 32;
         for (int i = 0; i < events_per_run; ++i) {
