@@ -54,6 +54,18 @@ std::vector<std::string> process_ids() {
     return ids;
 }
 
+// The real user of a process: a folder in /proc may be root's although the process is not.
+uid_t user_of(const std::string& process_folder) {
+    const std::string text = text_of(process_folder + "/status");
+    const auto at = text.find("\nUid:");
+    return at == std::string::npos ? uid_t{0} : static_cast<uid_t>(std::stoul(text.substr(at + 5)));
+}
+
+dev_t device_of(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 ? status.st_dev : dev_t{0};
+}
+
 } // namespace
 
 void start_through_shell(const Scenario& scenario, const std::string& prepare,
@@ -95,19 +107,13 @@ std::vector<pid_t> children_of(pid_t parent) {
 
 std::vector<std::string> processes_of(const support::Account& account) {
     std::vector<std::string> processes;
+    const dev_t tmp = device_of("/tmp");
     for (const std::string& id : process_ids()) {
-        // Accounts of other tests' worlds may have the same number, but not the same folder of
-        // temporary files.
-        struct stat process {};
-        struct stat own_tmp {};
-        struct stat its_tmp {};
-        if (stat(("/proc/" + id).c_str(), &process) != 0 || process.st_uid != account.uid ||
-            stat("/tmp", &own_tmp) != 0 ||
-            stat(("/proc/" + id + "/root/tmp").c_str(), &its_tmp) != 0 ||
-            own_tmp.st_dev != its_tmp.st_dev) {
-            continue;
+        // Accounts of other tests' worlds may have the same number, but not the same /tmp.
+        if (user_of("/proc/" + id) == account.uid &&
+            device_of("/proc/" + id + "/root/tmp") == tmp) {
+            processes.push_back(id + " " + process_line(id).name);
         }
-        processes.push_back(id + " " + process_line(id).name);
     }
     return processes;
 }

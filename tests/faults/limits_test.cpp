@@ -1,0 +1,212 @@
+// Too little of everything: no room in /tmp, no /tmp, and limits on files, descriptors, processes
+// and memory.
+
+#include "end_to_end/expectations.h"
+#include "end_to_end/installed_file.h"
+#include "end_to_end/stages.h"
+#include "faults/surroundings.h"
+
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+namespace faults {
+namespace {
+
+namespace files = std::filesystem;
+
+using namespace end_to_end;
+
+void expect_unpack_failure(Scenario& scenario) {
+    scenario.reach_last_screen();
+    const support::Picture picture = scenario.picture_of(scenario.main_window());
+    EXPECT_TRUE(line_reads(picture, 2, "** FATAL ERROR **"));
+    EXPECT_TRUE(line_reads(picture, 3, "Unable to extract installer data"));
+    scenario.press_ok();
+    EXPECT_EQ(scenario.finish().exit_status, 0);
+    EXPECT_EQ(processes_of(scenario.account()), std::vector<std::string>{});
+    EXPECT_EQ(plugin_in(scenario.account().home), std::nullopt);
+    EXPECT_TRUE(scenario.console().ends_with(info("Exiting") + "\n"));
+}
+
+void expect_installation(Scenario& scenario) {
+    install_from_password_screen(scenario, user_password);
+    EXPECT_TRUE(
+        line_reads(scenario.picture_of(scenario.main_window()), 2, "Installation Complete"));
+    scenario.press_ok();
+    EXPECT_TRUE(ended_clean(scenario.finish()));
+    EXPECT_EQ(plugin_in(scenario.account().home), plugin_of_archive());
+}
+
+// The password screen where no lock file can come.
+void reach_password_screen_without_lock(Scenario& scenario) {
+    scenario.reach_main_window();
+    scenario.wait_for("the password screen", [&] {
+        const support::Picture picture = scenario.picture_of(scenario.main_window());
+        return scenario.lines_shown(picture) == "0 2 3" && scenario.field_shown(picture);
+    });
+}
+
+TEST(Tmp, ThatIsTooSmallIsReportedAndCleaned) {
+    Scenario scenario;
+    remount_tmp(0, "size=512k");
+    scenario.reach_password_screen();
+    scenario.give_password(user_password);
+    expect_unpack_failure(scenario);
+    EXPECT_EQ(installer_files_in_tmp(), std::vector<std::string>{});
+}
+
+TEST(Tmp, ThatFillsUpBeforeTheLockLetsTheRunGoOn) {
+    Scenario scenario;
+    remount_tmp(0, "size=256k");
+    // Exactly full: the lock file can be made but not written.
+    support::ChildProcess filler({.command = {"dd", "if=/dev/zero", "of=/tmp/filler", "bs=4096"}});
+    ASSERT_TRUE(filler.wait_for_end());
+    scenario.reach_password_screen();
+    scenario.give_password(user_password);
+    expect_unpack_failure(scenario);
+    EXPECT_EQ(installer_files_in_tmp(), std::vector<std::string>{});
+}
+
+TEST(Tmp, ThatIsReadOnlyIsReported) {
+    Scenario scenario;
+    // Read-only for this world, whatever is open for writing there.
+    ASSERT_EQ(mount("/tmp", "/tmp", nullptr, MS_BIND, nullptr), 0);
+    ASSERT_EQ(mount(nullptr, "/tmp", nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr), 0);
+    reach_password_screen_without_lock(scenario);
+    scenario.give_password(user_password);
+    expect_unpack_failure(scenario);
+    EXPECT_EQ(installer_files_in_tmp(), std::vector<std::string>{});
+}
+
+TEST(Tmp, ThatIsClosedToThePersonIsReported) {
+    Scenario scenario;
+    ASSERT_EQ(chmod("/tmp", 0700), 0);
+    reach_password_screen_without_lock(scenario);
+    scenario.give_password(user_password);
+    expect_unpack_failure(scenario);
+    EXPECT_EQ(installer_files_in_tmp(), std::vector<std::string>{});
+}
+
+TEST(Tmp, ThatRunsNoProgramsServesAnInstallation) {
+    Scenario scenario;
+    remount_tmp(MS_NOEXEC | MS_NOSUID);
+    scenario.reach_password_screen();
+    expect_installation(scenario);
+}
+
+// A file system without /tmp: every other folder of the root, under a root of its own.
+class RootWithoutTmp {
+public:
+    RootWithoutTmp() {
+        const files::path root = "/run/root";
+        files::create_directories(root);
+        for (const auto& entry : files::directory_iterator("/")) {
+            const files::path copy = root / entry.path().filename();
+            if (entry.path() == "/tmp") {
+                continue;
+            }
+            if (entry.is_symlink()) {
+                files::copy_symlink(entry.path(), copy);
+            } else if (entry.is_directory()) {
+                files::create_directory(copy);
+                EXPECT_EQ(
+                    mount(entry.path().c_str(), copy.c_str(), nullptr, MS_BIND | MS_REC, nullptr),
+                    0);
+            }
+        }
+        EXPECT_EQ(chroot(root.c_str()), 0);
+        EXPECT_EQ(chdir("/"), 0);
+    }
+    RootWithoutTmp(const RootWithoutTmp&) = delete;
+    RootWithoutTmp& operator=(const RootWithoutTmp&) = delete;
+};
+
+// The world is left through its own way out, which takes the test back to the machine's root.
+TEST(Tmp, ThatIsMissingIsReported) {
+    Scenario scenario;
+    const RootWithoutTmp root;
+    ASSERT_FALSE(files::exists("/tmp"));
+    reach_password_screen_without_lock(scenario);
+    scenario.give_password(user_password);
+    expect_unpack_failure(scenario);
+    EXPECT_FALSE(files::exists("/tmp"));
+}
+
+TEST(FileSizeLimit, BelowTheArchiveIsReportedAndNothingStays) {
+    Scenario scenario;
+    start_through_shell(scenario, "ulimit -f 512");
+    scenario.reach_password_screen();
+    scenario.give_password(user_password);
+    expect_unpack_failure(scenario);
+    EXPECT_EQ(installer_files_in_tmp(), std::vector<std::string>{});
+}
+
+TEST(FileSizeLimit, OfNothingIsReportedAndNothingStays) {
+    Scenario scenario;
+    start_through_shell(scenario, "ulimit -f 0");
+    // The console is a file too here, and takes nothing.
+    scenario.reach_password_screen();
+    scenario.give_password(user_password);
+    scenario.reach_last_screen();
+    EXPECT_TRUE(line_reads(scenario.picture_of(scenario.main_window()), 3,
+                           "Unable to extract installer data"));
+    scenario.press_ok();
+    EXPECT_TRUE(ended_clean(scenario.finish()));
+}
+
+struct Limit {
+    const char* name;
+    const char* command;
+};
+
+// Whatever the limit lets through: the run ends by itself or at a screen that can be left, with
+// status 0 or the one for a thread that cannot be made, and leaves nothing.
+class SmallLimit : public testing::TestWithParam<Limit> {};
+
+constexpr Limit limits[] = {
+    {"Descriptors4", "ulimit -n 4"},  {"Descriptors5", "ulimit -n 5"},
+    {"Descriptors6", "ulimit -n 6"},  {"Descriptors8", "ulimit -n 8"},
+    {"Processes1", "ulimit -u 1"},    {"Processes2", "ulimit -u 2"},
+    {"Memory16M", "ulimit -v 16384"}, {"Memory24M", "ulimit -v 24576"},
+    {"Memory40M", "ulimit -v 40960"}, {"Stack128K", "ulimit -s 128"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Of, SmallLimit, testing::ValuesIn(limits),
+                         [](const auto& limit) { return limit.param.name; });
+
+bool says_farewell(const std::string& console) {
+    return console.ends_with(info("Exiting") + "\n") ||
+           console.find("Unable to create GUI thread :(\n") != std::string::npos;
+}
+
+TEST_P(SmallLimit, LeadsToAClearEnd) {
+    Scenario scenario;
+    start_through_shell(scenario, GetParam().command);
+    scenario.start();
+    support::ChildProcess& installer = scenario.installer();
+    // Screens that wait for the person are left as the person would, by closing the window.
+    const bool ended = support::wait_until(
+        [&] {
+            if (const auto window = scenario.view().find_class("zeph-installer")) {
+                scenario.view().ask_to_close(*window);
+            }
+            return !installer.running();
+        },
+        std::chrono::milliseconds{60'000}, [&] { return scenario.report(); });
+    ASSERT_TRUE(ended);
+    const support::ChildEnd end = scenario.finish();
+    const std::string console = scenario.console();
+    RecordProperty("console", console);
+    std::printf("%s%s", console.c_str(), installer.error_output().c_str());
+    ASSERT_TRUE(end.exit_status) << "ended by signal " << end.signal.value_or(0) << "\n" << console;
+    EXPECT_TRUE(*end.exit_status == 0 || *end.exit_status == 255) << *end.exit_status;
+    EXPECT_TRUE(says_farewell(console)) << console;
+    EXPECT_EQ(installer_files_in_tmp(), std::vector<std::string>{});
+    EXPECT_EQ(processes_of(scenario.account()), std::vector<std::string>{});
+}
+
+} // namespace
+} // namespace faults
