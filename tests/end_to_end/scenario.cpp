@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
+#include <thread>
 
 namespace end_to_end {
 
@@ -21,6 +22,7 @@ using support::XWindow;
 namespace {
 
 constexpr Colour widget_grey{56, 56, 56};
+constexpr std::chrono::milliseconds double_click_time{400};
 constexpr int first_baseline = 24;
 constexpr int line_step = 16;
 constexpr int ink_height = 9;
@@ -206,6 +208,12 @@ void Scenario::leave_room_in_tmp(unsigned long bytes) {
     }
 }
 
+void Scenario::lose_screen() {
+    person_.reset();
+    manager_.reset();
+    server_->stop();
+}
+
 support::ChildEnd Scenario::finish() {
     const std::optional<support::ChildEnd> end =
         installer_->wait_for_end(std::chrono::milliseconds{40'000});
@@ -216,6 +224,12 @@ support::ChildEnd Scenario::finish() {
 }
 
 void Scenario::click(XWindow window, int x, int y, int button) {
+    // Two clicks of a person on two things are further apart than those of a double click.
+    const auto since = std::chrono::steady_clock::now() - last_click_;
+    if (since < double_click_time) {
+        std::this_thread::sleep_for(double_click_time - since);
+    }
+    last_click_ = std::chrono::steady_clock::now();
     const Place place = view_->place_on_root(window);
     person_->click_at(place.x + device(x), place.y + device(y), button);
 }
@@ -266,8 +280,8 @@ std::string Scenario::lines_shown(const Picture& picture) const {
 }
 
 bool Scenario::field_shown(const Picture& picture) const {
-    // Inside the field's left end, and beside it, where only the wider bar would show.
-    return near_colour(pixel(picture, 230, 362), widget_grey, 2) &&
+    // Inside the field's right end, and beside it, where only the wider bar would show.
+    return near_colour(pixel(picture, 370, 363), widget_grey, 2) &&
            !near_colour(pixel(picture, 40, 362), widget_grey, 2);
 }
 

@@ -18,6 +18,7 @@
 #include "support/worlds/private_world.h"
 #include "support/x_server.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -85,6 +86,9 @@ public:
     // Makes /tmp so small that so many more bytes fit.
     static void leave_room_in_tmp(unsigned long bytes);
 
+    // Takes the screen away, as a crash of the X server would.
+    void lose_screen();
+
     // Waits for the installer's end; throws when it does not end.
     support::ChildEnd finish();
 
@@ -115,7 +119,7 @@ public:
     [[nodiscard]] support::ChildProcess& installer() { return *installer_; }
     [[nodiscard]] support::DisplayView& view() { return *view_; }
     [[nodiscard]] support::Person& person() { return *person_; }
-    [[nodiscard]] support::XServer& server() { return *server_; }
+    [[nodiscard]] const std::string& display_name() const { return server_->display_name(); }
     [[nodiscard]] support::XWindow splash_window() const { return splash_window_; }
     [[nodiscard]] support::XWindow main_window() const { return main_window_; }
     [[nodiscard]] support::XWindow browser_window() const { return browser_window_; }
@@ -132,6 +136,7 @@ private:
     std::unique_ptr<support::DisplayView> view_;
     std::unique_ptr<support::Person> person_;
     std::unique_ptr<support::ChildProcess> installer_;
+    std::chrono::steady_clock::time_point last_click_;
     support::XWindow splash_window_ = 0;
     support::XWindow main_window_ = 0;
     support::XWindow browser_window_ = 0;

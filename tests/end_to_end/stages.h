@@ -4,6 +4,7 @@
 
 #include "end_to_end/scenario.h"
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,10 @@ enum class Stage {
 };
 
 [[nodiscard]] const char* stage_name(Stage stage);
+
+inline std::ostream& operator<<(std::ostream& stream, Stage stage) {
+    return stream << stage_name(stage);
+}
 
 // Acts as the person would, up to that screen; installs into the account's home.
 void reach(Scenario& scenario, Stage stage);

@@ -169,10 +169,13 @@ std::string DisplayView::class_name(XWindow window) const {
 std::optional<SizeHints> DisplayView::size_hints(XWindow window) const {
     const std::vector<std::uint32_t> numbers = numbers_property(window, "WM_NORMAL_HINTS");
     SizeHints hints;
-    if (numbers.size() * sizeof(std::uint32_t) != sizeof hints) {
+    // Before ICCCM the property had neither base size nor gravity.
+    constexpr std::size_t old_count = 15;
+    const std::size_t bytes = numbers.size() * sizeof(std::uint32_t);
+    if (numbers.size() < old_count || bytes > sizeof hints) {
         return std::nullopt;
     }
-    std::memcpy(static_cast<void*>(&hints), numbers.data(), sizeof hints);
+    std::memcpy(static_cast<void*>(&hints), numbers.data(), bytes);
     return hints;
 }
 

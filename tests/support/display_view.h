@@ -37,6 +37,7 @@ struct Property {
 };
 
 // WM_NORMAL_HINTS; flags are those of ICCCM (USPosition 1, PPosition 4, PSize 8, PMinSize 16, ...).
+// Base size and gravity are 0 when a program has set the older, shorter property.
 struct SizeHints {
     std::uint32_t flags = 0;
     int x = 0, y = 0, width = 0, height = 0;

@@ -21,6 +21,7 @@ inline constexpr int right_button = 3;
 inline constexpr int wheel_up_button = 4;
 inline constexpr int wheel_down_button = 5;
 
+// The person must go before the server does: Xlib ends a program whose server goes away.
 class Person {
 public:
     // Connects; throws std::runtime_error when there is no display or it takes no test input.

@@ -8,6 +8,7 @@
 #include "support/child_process.h"
 
 #include <memory>
+#include <ostream>
 #include <string>
 
 namespace support {
@@ -19,6 +20,10 @@ enum class WindowManagerKind {
 };
 
 [[nodiscard]] const char* window_manager_name(WindowManagerKind kind);
+
+inline std::ostream& operator<<(std::ostream& stream, WindowManagerKind kind) {
+    return stream << window_manager_name(kind);
+}
 
 class WindowManager {
 public:
