@@ -50,7 +50,6 @@ struct InstallerState {
     struct sigaction saved_sigterm {};
     struct sigaction saved_sigint {};
     struct sigaction saved_sighup {};
-    struct sigaction saved_sigpipe {};
     PrivilegedRunner runner{};
 
     // The flow.

@@ -151,6 +151,8 @@ void say_farewell() {
 } // namespace
 
 int main() {
+    open_closed_streams();
+    ignore_failed_writes();
     format_titles();
     print_titles();
     refuse_root();

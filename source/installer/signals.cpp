@@ -70,6 +70,11 @@ void unblock_handled_signals() {
 
 } // namespace
 
+void ignore_failed_writes() {
+    install(SIGPIPE, SIG_IGN, nullptr);
+    install(SIGXFSZ, SIG_IGN, nullptr);
+}
+
 void install_signal_handlers() {
     prepare(&sigterm_message, "SIGTERM");
     prepare(&sigint_message, "SIGINT");
@@ -77,7 +82,6 @@ void install_signal_handlers() {
     install(SIGTERM, on_sigterm, &installer.saved_sigterm);
     install(SIGINT, on_sigint, &installer.saved_sigint);
     install(SIGHUP, on_sighup, &installer.saved_sighup);
-    install(SIGPIPE, SIG_IGN, &installer.saved_sigpipe);
     unblock_handled_signals();
 }
 
@@ -85,5 +89,4 @@ void restore_signal_handlers() {
     sigaction(SIGTERM, &installer.saved_sigterm, nullptr);
     sigaction(SIGINT, &installer.saved_sigint, nullptr);
     sigaction(SIGHUP, &installer.saved_sighup, nullptr);
-    sigaction(SIGPIPE, &installer.saved_sigpipe, nullptr);
 }
