@@ -247,7 +247,7 @@ TEST_F(DrawTest, AbsurdPensColoursAndImagesStayInMemory) {
 TEST_F(DrawTest, AMissingGlyphMovesNothing) {
     GuardedPixbuf with(60, 16);
     GuardedPixbuf without(60, 16);
-    text_->glyphs['b'] = nullptr;
+    text_->glyphs[int{'b'}] = nullptr;
     draw_text(text_, &with.pixbuf, "abc", 1, 12, 255, 255, 255, 9);
     draw_text(text_, &without.pixbuf, "ac", 1, 12, 255, 255, 255, 9);
     EXPECT_EQ(with.bytes(), without.bytes());

@@ -100,10 +100,10 @@ TEST_F(TextTest, HeightOfATextWithItsDescenders) {
 }
 
 TEST_F(TextTest, AMissingGlyphIsInvisibleAndWithoutWidth) {
-    text_->glyphs['b'] = nullptr;
+    text_->glyphs[int{'b'}] = nullptr;
     EXPECT_EQ(text_width(text_, "abc"), text_width(text_, "ac"));
     EXPECT_EQ(text_height(text_, "b"), 0);
-    text_->glyphs['*'] = nullptr;
+    text_->glyphs[int{'*'}] = nullptr;
     EXPECT_EQ(password_width(text_, "abc"), 0);
 }
 
