@@ -5,7 +5,6 @@
 #include "end_to_end/stages.h"
 #include "faults/surroundings.h"
 
-#include <X11/Xlib.h>
 #include <xcb/xcb.h>
 
 #include <filesystem>
@@ -27,12 +26,6 @@ int times_said(const std::string& console, const std::string& line) {
     return count;
 }
 
-// The person's own connection is lost too: Xlib is kept from ending the test for it.
-void end_server(Scenario& scenario) {
-    XSetIOErrorHandler([](Display*) { return 0; });
-    scenario.server().stop();
-}
-
 void expect_said_why(Scenario& scenario) {
     EXPECT_EQ(times_said(scenario.console(), lost_line()), 1) << scenario.console();
     EXPECT_TRUE(scenario.console().ends_with("\n" + info("Exiting") + "\n"));
@@ -50,7 +43,7 @@ INSTANTIATE_TEST_SUITE_P(At, LostServer,
 TEST_P(LostServer, EndsTheRunAndLeavesNothing) {
     Scenario scenario;
     reach(scenario, GetParam());
-    end_server(scenario);
+    scenario.lose_screen();
     EXPECT_TRUE(ended_clean(scenario.finish()));
     expect_said_why(scenario);
     EXPECT_EQ(plugin_in(default_folder), std::nullopt) << "nobody has chosen this folder";
@@ -64,7 +57,7 @@ TEST_P(LostServer, EndsTheRunAndLeavesNothing) {
 TEST(LostServerAt, TheSplash) {
     Scenario scenario;
     scenario.reach_splash();
-    end_server(scenario);
+    scenario.lose_screen();
     EXPECT_TRUE(ended_clean(scenario.finish()));
     expect_said_why(scenario);
 }
@@ -73,7 +66,7 @@ TEST(LostServerAt, TheFirstMomentOfTheRun) {
     Scenario scenario;
     scenario.start();
     scenario.wait_for("the first line", [&] { return !scenario.console().empty(); });
-    end_server(scenario);
+    scenario.lose_screen();
     EXPECT_TRUE(ended_clean(scenario.finish()));
     EXPECT_NE(scenario.console().find("X server\n"), std::string::npos) << scenario.console();
     EXPECT_TRUE(scenario.console().ends_with("\n" + info("Exiting") + "\n"));
@@ -84,7 +77,7 @@ TEST(LostServerAt, TheAnotherInstanceScreen) {
     support::write_file(lock_path, "somebody's");
     scenario.reach_main_window();
     scenario.reach_last_screen();
-    end_server(scenario);
+    scenario.lose_screen();
     EXPECT_EQ(scenario.finish().exit_status, 0);
     expect_said_why(scenario);
     EXPECT_EQ(text_of(lock_path), "somebody's");
@@ -93,7 +86,7 @@ TEST(LostServerAt, TheAnotherInstanceScreen) {
 TEST(LostServerAt, TheScreenThatNamesNoWayToBecomeRoot) {
     Scenario scenario({.rights = Rights::none});
     scenario.reach_main_window();
-    end_server(scenario);
+    scenario.lose_screen();
     EXPECT_TRUE(ended_clean(scenario.finish()));
     expect_said_why(scenario);
 }
@@ -108,7 +101,7 @@ TEST(LostServerAt, ThePasswordCheck) {
     scenario.reach_password_screen();
     scenario.give_password(user_password);
     scenario.wait_for("sudo", [] { return std::filesystem::exists("/tmp/at-work"); });
-    end_server(scenario);
+    scenario.lose_screen();
     EXPECT_TRUE(ended_clean(scenario.finish()));
     expect_said_why(scenario);
 }

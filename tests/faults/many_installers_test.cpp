@@ -44,9 +44,9 @@ TEST(EightInstallers, StartedTogetherLetExactlyOneGoOn) {
     start_through_shell(scenario, std::string("until [ -e ") + go + " ]; do sleep 0.01; done");
     std::vector<std::unique_ptr<support::ChildProcess>> installers;
     for (std::size_t i = 0; i < started; ++i) {
-        installers.push_back(std::make_unique<support::ChildProcess>(support::run_as(
-            scenario.account(), {scenario.program_path()},
-            {"DISPLAY=" + scenario.server().display_name(), "LC_ALL=C", "ORXDPI=96"})));
+        installers.push_back(std::make_unique<support::ChildProcess>(
+            support::run_as(scenario.account(), {scenario.program_path()},
+                            {"DISPLAY=" + scenario.display_name(), "LC_ALL=C", "ORXDPI=96"})));
     }
     support::write_file(go, "");
     const auto count_others = [&] {

@@ -72,7 +72,7 @@ TEST(SmallScreen, ServesAnInstallation) {
 
 TEST(SecondScreen, IsWhereItsInstallerShows) {
     Scenario scenario({.screen = {.width = 1000, .height = 800, .screens = 2}});
-    const std::string second = scenario.server().display_name() + ".1";
+    const std::string second = scenario.display_name() + ".1";
     const support::DisplayView view(second, 1);
     start_through_shell(scenario, "export DISPLAY=" + second);
     scenario.start();
