@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
 #include <random>
 #include <string>
 #include <vector>
@@ -101,6 +103,27 @@ TEST(NaturalCompare, IsAStrictWeakOrderSoThatAnyStableSortMayUseIt) {
                 }
             }
         }
+    }
+}
+
+TEST(NaturalKey, ComparesAsTheTextsDo) {
+    const auto seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    const std::string alphabet = "00199 \taA.\x01\x7F\x80\xFF";
+    for (int round = 0; round < 200000; ++round) {
+        const std::string a = random_name(random, alphabet, 8);
+        const std::string b = random_name(random, alphabet, 8);
+        const auto key_of = [](const std::string& text) {
+            std::vector<unsigned char> key(orx_natural_key_room(text.size()));
+            key.resize(orx_natural_key(text.c_str(), key.data()));
+            return key;
+        };
+        const auto key_a = key_of(a);
+        const auto key_b = key_of(b);
+        const int order = memcmp(key_a.data(), key_b.data(), std::min(key_a.size(), key_b.size()));
+        const int sign = order < 0 ? -1 : (order > 0 ? 1 : 0);
+        ASSERT_EQ(sign, orx_natural_compare(a.c_str(), b.c_str())) << a << " | " << b;
     }
 }
 

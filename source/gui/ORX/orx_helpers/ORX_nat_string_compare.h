@@ -6,6 +6,8 @@
 // any stable sort may use it.
 #pragma once
 
+#include <cstddef>
+
 // -1 when a sorts before b, +1 when after, 0 when equal; fold_case other than 0 takes upper and
 // lower case as the same. Zero-terminated strings; a null one is a mistake in the program and ends
 // the process with an assertion, in every build.
@@ -14,3 +16,10 @@
 // The two ways of calling it.
 [[nodiscard]] int orx_natural_compare(const char* a, const char* b);
 [[nodiscard]] int orx_natural_compare_ignoring_case(const char* a, const char* b);
+
+// The same order as bytes: two texts compare as their keys do, byte by byte and unsigned (memcmp
+// over the shorter key; no key is the beginning of another one but of its equal). For sorting many
+// names. Case is not folded. Texts of less than 65,536 bytes; the key takes at most
+// orx_natural_key_room(length of the text) bytes. Returns the key's length.
+[[nodiscard]] std::size_t orx_natural_key_room(std::size_t text_length);
+[[nodiscard]] std::size_t orx_natural_key(const char* text, unsigned char* key);

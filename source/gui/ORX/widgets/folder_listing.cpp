@@ -29,12 +29,37 @@ std::int32_t named_rows(const DirEntry* table) {
     return count;
 }
 
-bool sorts_before(const DirEntry& a, const DirEntry& b) {
+// A row on its way to its place, by a key whose first byte puts folders before everything else.
+struct SortedRow {
+    const unsigned char* key;
+    std::size_t key_length;
+    DirEntry entry;
+};
+
+bool sorts_before(const SortedRow& a, const SortedRow& b) {
+    return std::memcmp(a.key, b.key, std::min(a.key_length, b.key_length)) < 0;
+}
+
+bool entry_sorts_before(const DirEntry& a, const DirEntry& b) {
     const bool a_is_directory = folder_entry_is_directory(&a);
     if (a_is_directory != folder_entry_is_directory(&b)) {
         return a_is_directory;
     }
     return orx_natural_compare(a.name, b.name) < 0;
+}
+
+std::size_t key_room(const DirEntry& entry) {
+    return 1 + orx_natural_key_room(std::strlen(entry.name));
+}
+
+// Gives each row its key, one behind the other.
+void make_keys(const DirEntry* table, std::int32_t count, SortedRow* rows, unsigned char* keys) {
+    for (std::int32_t row = 0; row < count; ++row) {
+        keys[0] = folder_entry_is_directory(&table[row]) ? 0 : 1;
+        const std::size_t length = 1 + orx_natural_key(table[row].name, keys + 1);
+        rows[row] = SortedRow{keys, length, table[row]};
+        keys += length;
+    }
 }
 
 bool is_shown(const DirEntry& entry) {
@@ -90,7 +115,23 @@ bool folder_entry_is_directory(const DirEntry* entry) {
 }
 
 void folder_listing_sort(DirEntry* table) {
-    std::stable_sort(table, table + named_rows(table), sorts_before);
+    const std::int32_t count = named_rows(table);
+    std::size_t room = 1;
+    for (std::int32_t row = 0; row < count; ++row) {
+        room += key_room(table[row]);
+    }
+    auto* keys = static_cast<unsigned char*>(std::malloc(room));
+    auto* rows = static_cast<SortedRow*>(
+        std::malloc(sizeof(SortedRow) * (static_cast<std::size_t>(count) + 1)));
+    if (keys != nullptr && rows != nullptr) {
+        make_keys(table, count, rows, keys);
+        std::stable_sort(rows, rows + count, sorts_before);
+        std::transform(rows, rows + count, table, [](const SortedRow& row) { return row.entry; });
+    } else {
+        std::stable_sort(table, table + count, entry_sorts_before); // slower, without the memory
+    }
+    std::free(rows);
+    std::free(keys);
 }
 
 void folder_listing_place(DirEntry* table, MeasureText measure, const void* context) {
