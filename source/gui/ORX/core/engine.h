@@ -20,7 +20,8 @@
 #include <atomic>
 #include <cstdint>
 
-struct UiEngine {
+// The fields stand in the order in which they are read about, not in that of least padding.
+struct UiEngine { // NOLINT(clang-analyzer-optin.performance.Padding)
     WindowSlot windows[window_capacity];
     WindowId live_order[window_capacity]; // windows in use in order of creation, then -1
     std::uint32_t tone_table[256];        // 255 * (i / 255) ^ 0.8, truncated; nothing reads it
