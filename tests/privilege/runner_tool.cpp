@@ -64,19 +64,25 @@ char mask(char c) {
     return static_cast<char>(c ^ 0x5a);
 }
 
-// Where in the block the password stands, which is only kept masked.
+constexpr std::size_t piece_length = 8; // bytes that nobody else has in this order by chance
+
+// How often a piece of the password, which is only kept masked, stands in the block. Pieces are
+// looked for because much of a forgotten copy is soon written over.
 std::size_t count_in(const char* block, std::size_t size, const std::vector<char>& masked) {
+    const std::size_t length = std::min(piece_length, masked.size());
     std::size_t found = 0;
-    const char* end = block + size;
-    const char* at = block;
-    while ((at = static_cast<const char*>(
-                memchr(at, mask(masked[0]), static_cast<std::size_t>(end - at)))) != nullptr) {
-        std::size_t same = 0;
-        while (same < masked.size() && at + same < end && at[same] == mask(masked[same])) {
-            ++same;
+    for (std::size_t first = 0; first + length <= masked.size(); first += length) {
+        const char* end = block + size;
+        const char* at = block;
+        while ((at = static_cast<const char*>(memchr(
+                    at, mask(masked[first]), static_cast<std::size_t>(end - at)))) != nullptr) {
+            std::size_t same = 0;
+            while (same < length && at + same < end && at[same] == mask(masked[first + same])) {
+                ++same;
+            }
+            found += same == length ? 1 : 0;
+            ++at;
         }
-        found += same == masked.size() ? 1 : 0;
-        ++at;
     }
     return found;
 }
@@ -212,8 +218,7 @@ int main(int count, char** words) {
         length = bytes > 0 ? static_cast<std::size_t>(bytes) : 0;
         close(file);
     }
-    // Its second half is looked for: the start of a forgotten copy is soon written over.
-    std::vector<char> masked(password + length / 2, password + length);
+    std::vector<char> masked(password, password + length);
     for (char& c : masked) {
         c = mask(c);
     }
@@ -223,11 +228,21 @@ int main(int count, char** words) {
 
     const Clock::time_point start = Clock::now();
     const char* argument = next + 1 < count ? words[next + 1] : "";
-    std::int32_t result = -1;
     const int times = settings.contains("times") ? std::stoi(settings["times"]) : 1;
-    for (int i = 0; i < times; ++i) {
-        result = call(&runner, words[next], argument, password);
-    }
+    std::int32_t result = -1;
+    std::atomic<bool> done{false};
+    // On a stack of its own, which stays as the entry left it while it is searched.
+    std::thread([&] {
+        for (int i = 0; i < times; ++i) {
+            result = call(&runner, words[next], argument, password);
+        }
+        done = true;
+        done.notify_all();
+        for (;;) {
+            pause();
+        }
+    }).detach();
+    done.wait(false);
     const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
 
     if (!settings.contains("keep_password")) {

@@ -129,13 +129,21 @@ TEST_F(Secrets, NoCopyOfThePasswordStaysInMemory) {
         EXPECT_EQ(outcome.result, 1);
         EXPECT_EQ(outcome.copies, 0) << entry;
     }
+    // Long enough that a copy which is not wiped survives in part.
+    std::string long_password;
+    for (int i = 1; long_password.size() < 200; ++i) {
+        long_password += std::to_string(104729 * i * i);
+    }
     const std::string echoing = support::install_stand_in(
-        "echoing", {"prompt=Password: ", "hide=never", "password=" + password});
-    const RunnerOutcome echoed = call({"su_check_password", "", password, {"su=" + echoing}, {}});
-    EXPECT_EQ(echoed.result, 1);
-    EXPECT_EQ(echoed.copies, 0) << "the lines that are read and discarded hold the echo";
+        "echoing", {"prompt=Password: ", "hide=never", "password=" + long_password});
+    for (const std::string method : {"sudo", "su"}) {
+        const RunnerOutcome echoed =
+            call({method + "_check_password", "", long_password, {method + "=" + echoing}, {}});
+        EXPECT_EQ(echoed.result, 1);
+        EXPECT_EQ(echoed.copies, 0) << "what is read and discarded holds the echo: " << method;
+    }
     const RunnerOutcome kept = call({"sudo_forget", "", password, {"keep_password=1"}, {}});
-    EXPECT_EQ(kept.copies, 1) << "the search finds what is there";
+    EXPECT_GE(kept.copies, 1) << "the search finds what is there";
 }
 
 TEST_F(Secrets, WhatIsLeftOpenIsOneTerminalPerUseOfSu) {
