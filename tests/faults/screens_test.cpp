@@ -60,7 +60,7 @@ TEST(SmallScreen, ServesAnInstallation) {
     EXPECT_LE(list_and_buttons.y + list_and_buttons.height, 480);
     scenario.wait_for("the listing", [&] {
         return count_colour(take_picture(scenario.view(), scenario.view().root()),
-                            {place.x + 34, place.y + 86, 12, 14}, {255, 255, 255}, 120) > 0;
+                            {place.x + 34, place.y + 86, 40, 30}, {255, 255, 255}, 120) > 0;
     });
     scenario.click(browser, 16 + 32, 368 + 8);
     EXPECT_TRUE(scenario.view().wait_until_gone(browser));
