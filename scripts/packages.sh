@@ -23,8 +23,6 @@ tool_of() {
     binutils) echo readelf ;;
     procps) echo ps ;;
     locales) echo localedef ;;
-    lilv-utils) echo lv2info ;;
-    lv2-dev) echo "" ;;
     lilv-utils) echo lv2ls ;;
     lv2-dev) echo "" ;;
     lib*) echo "" ;;
