@@ -64,14 +64,17 @@ char mask(char c) {
     return static_cast<char>(c ^ 0x5a);
 }
 
-constexpr std::size_t piece_length = 8; // bytes that nobody else has in this order by chance
+constexpr std::size_t piece_length = 17; // bytes: more than a register that a function saved
+constexpr std::size_t piece_distance = 8;
+constexpr std::size_t most_pieces = 64;
 
 // How often a piece of the password, which is only kept masked, stands in the block. Pieces are
 // looked for because much of a forgotten copy is soon written over.
 std::size_t count_in(const char* block, std::size_t size, const std::vector<char>& masked) {
     const std::size_t length = std::min(piece_length, masked.size());
     std::size_t found = 0;
-    for (std::size_t first = 0; first + length <= masked.size(); first += length) {
+    const std::size_t last = std::min(masked.size() - length, most_pieces * piece_distance);
+    for (std::size_t first = 0; first <= last; first += piece_distance) {
         const char* end = block + size;
         const char* at = block;
         while ((at = static_cast<const char*>(memchr(
@@ -218,11 +221,10 @@ int main(int count, char** words) {
         length = bytes > 0 ? static_cast<std::size_t>(bytes) : 0;
         close(file);
     }
-    std::vector<char> masked(password, password + length);
-    for (char& c : masked) {
-        c = mask(c);
+    std::vector<char> masked;
+    for (std::size_t i = 0; i < length; ++i) {
+        masked.push_back(mask(password[i]));
     }
-    // The vector was filled with the password's own bytes for a moment, in place.
     PrivilegedRunner runner{"Test Installer", &cancel_requested, log_line, false, {}, {}};
     apply_settings(settings, &runner);
 
