@@ -1,6 +1,8 @@
 // Text beside the scaling of the panel that it stands on, and where a repaint of the whole window
 // spends its time.
 #include "gui/ORX/core/engine.h"
+#include "gui/ORX/core/window_properties.h"
+#include "gui/ORX/core/window_table.h"
 #include "gui/ORX/imaging/scaler.h"
 #include "gui/ORX/text/text_draw.h"
 #include "gui/ORX/text/text_measure.h"
@@ -27,7 +29,12 @@ struct Panel {
           picture(pictures::view(artwork, panel_width, picture_height)),
           pixbuf(pictures::view(rgba, panel_width, panel_height)),
           surface(static_cast<int>(panel_width * factor), static_cast<int>(panel_height * factor)),
-          scale(factor) {}
+          scale(factor) {
+        if (engine_open_display(engine)) {
+            window = window_create_plain(engine, 0, 0, panel_width, panel_height, nullptr, factor);
+            window_map(engine, window);
+        }
+    }
     ~Panel() {
         text_renderer_destroy(text);
         engine_destroy(engine);
@@ -55,7 +62,14 @@ struct Panel {
                                     surface.image.height, 0, 0, scale);
     }
 
+    // To a window, when there is a display.
+    void put() {
+        orx_image_put(engine, window, &surface.image, 0, 0, 0, 0, surface.image.width,
+                      surface.image.height);
+    }
+
     UiEngine* engine;
+    WindowId window = no_window;
     TextRenderer* text;
     std::vector<std::uint8_t> artwork;
     std::vector<std::uint8_t> rgba;
@@ -88,6 +102,7 @@ void repaint_share(benchmark::State& state, void (Panel::*step)()) {
             panel.draw_background();
             panel.draw_lines();
             panel.show();
+            panel.put();
         });
 }
 
@@ -99,6 +114,7 @@ BENCHMARK_CAPTURE(repaint_share, background, &Panel::draw_background)
     ->Iterations(200);
 BENCHMARK_CAPTURE(repaint_share, text, &Panel::draw_lines)->Arg(100)->Arg(200)->Iterations(200);
 BENCHMARK_CAPTURE(repaint_share, scaling, &Panel::show)->Arg(100)->Arg(200)->Iterations(200);
+BENCHMARK_CAPTURE(repaint_share, put_on_screen, &Panel::put)->Arg(100)->Arg(200)->Iterations(200);
 
 } // namespace
 

@@ -26,8 +26,9 @@ struct TextRenderer {
     const std::uint8_t (*white_over)[256];
 };
 
-// The locale must already have been set. Null when no memory can be had. Freed by
-// text_renderer_destroy, which ignores null.
+// The locale must already have been set; when its character set is UTF-8 a line on standard output
+// says so. Null when no memory can be had. Freed by text_renderer_destroy, which ignores null. The
+// engine is only kept and may be null.
 [[nodiscard]] TextRenderer* text_renderer_new(UiEngine* engine);
 void text_renderer_destroy(TextRenderer* text);
 
