@@ -2,6 +2,7 @@
 
 #include "display/core/engine_desk.h"
 
+#include "gui/ORX/core/engine_locks.h"
 #include "gui/ORX/core/window_properties.h"
 #include "gui/ORX/core/window_table.h"
 #include "support/person.h"
@@ -181,6 +182,7 @@ TEST_F(Dispatch, AMessageTellsItsFirstNumber) {
 TEST_F(Dispatch, ADestroyNoticeGivesTheSlotBack) {
     send.destroy();
     EXPECT_TRUE(support::wait_until([&] { return window_table_empty(desk.engine); }));
+    const TableLockGuard guard(desk.engine);
     EXPECT_EQ(desk.engine->live_order[0], no_window);
 }
 
@@ -218,6 +220,7 @@ TEST_F(Dispatch, AClosedWindowTellsWhereItStoodAndGivesItsSlotBack) {
     events::Sender{desk.view, window}.close();
     EXPECT_TRUE(log.wait_for("close 70 80 " + std::to_string(shown)));
     EXPECT_TRUE(support::wait_until([&] { return window_x_window(desk.engine, shown) == 0; }));
+    const TableLockGuard guard(desk.engine);
     EXPECT_EQ(desk.engine->live_order[1], no_window);
 }
 
