@@ -6,7 +6,6 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <thread>
@@ -70,6 +69,9 @@ Scenario::Scenario(const ScenarioOptions& options)
     std::filesystem::copy_file(ZEPH_INSTALLER, program_);
     support::give_to(account_, program_);
     server_ = std::make_unique<support::XServer>(options.screen);
+    if (options.line.delay.count() > 0 || options.line.cut_after > 0) {
+        line_ = std::make_unique<support::DistantDisplay>(server_->display_name(), options.line);
+    }
     manager_ = std::make_unique<support::WindowManager>(options.manager, server_->display_name());
     view_ = std::make_unique<support::DisplayView>(server_->display_name());
     person_ = std::make_unique<support::Person>(server_->display_name());
@@ -79,14 +81,9 @@ Scenario::Scenario(const ScenarioOptions& options)
 Scenario::~Scenario() = default;
 
 void Scenario::start(const std::vector<std::string>& more) {
-    std::vector<std::string> environment = {"DISPLAY=" + server_->display_name()};
+    std::vector<std::string> environment = {"DISPLAY=" + display_name()};
     environment.insert(environment.end(), options_.environment.begin(), options_.environment.end());
     environment.insert(environment.end(), more.begin(), more.end());
-    for (const char* name : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS"}) {
-        if (const char* value = std::getenv(name)) {
-            environment.push_back(std::string(name) + "=" + value);
-        }
-    }
     installer_ =
         std::make_unique<support::ChildProcess>(support::run_as(account_, {program_}, environment));
 }
@@ -173,6 +170,9 @@ void Scenario::reach_copying() {
 }
 
 void Scenario::reach_last_screen() {
+    // The browser, while it is still there, lies over the button and is as grey.
+    wait_for("the browser's end",
+             [this] { return browser_window_ == 0 || !view_->viewable(browser_window_); });
     wait_for("the OK button", [this] { return button_shown(picture_of(main_window_)); });
 }
 
@@ -223,20 +223,31 @@ support::ChildEnd Scenario::finish() {
     return *end;
 }
 
-void Scenario::click(XWindow window, int x, int y, int button) {
-    // Two clicks of a person on two things are further apart than those of a double click.
+void Scenario::pause_between_clicks() {
     const auto since = std::chrono::steady_clock::now() - last_click_;
     if (since < double_click_time) {
         std::this_thread::sleep_for(double_click_time - since);
     }
     last_click_ = std::chrono::steady_clock::now();
+}
+
+void Scenario::click(XWindow window, int x, int y, int button) {
+    pause_between_clicks();
     const Place place = view_->place_on_root(window);
     person_->click_at(place.x + device(x), place.y + device(y), button);
 }
 
+void Scenario::press(XWindow window, int x, int y) {
+    pause_between_clicks();
+    const Place place = view_->place_on_root(window);
+    person_->move_pointer(place.x + device(x), place.y + device(y));
+    person_->press_button();
+}
+
 void Scenario::wait_for(const std::string& what, const std::function<bool()>& predicate) {
-    const auto over = [&] { return predicate() || !installer_->running(); };
-    if (!support::wait_until(over, std::chrono::milliseconds{40'000}) || !predicate()) {
+    bool came = false; // what came may go again
+    const auto over = [&] { return (came = predicate()) || !installer_->running(); };
+    if (!support::wait_until(over, std::chrono::milliseconds{40'000}) || !came) {
         throw std::runtime_error(what + " did not come\n" + report());
     }
 }

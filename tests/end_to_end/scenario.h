@@ -11,6 +11,7 @@
 
 #include "support/child_process.h"
 #include "support/display_view.h"
+#include "support/distant_display.h"
 #include "support/person.h"
 #include "support/picture.h"
 #include "support/window_manager.h"
@@ -51,6 +52,8 @@ struct ScenarioOptions {
     double scale = 1.0; // the scale that the environment asks for
     support::XServerOptions screen = {.width = 1400, .height = 1000};
     std::vector<std::string> keep_visible = {}; // folders that stay in view in the world
+    // The line between the installer and its screen; none when neither of the two is set.
+    support::DistantDisplayOptions line = {};
 };
 
 class Scenario {
@@ -59,7 +62,7 @@ public:
     ~Scenario();
 
     // Starts the installer as the account, on the scenario's screen. more is added to the
-    // environment (later texts win).
+    // environment; its names are not among those of the options.
     void start(const std::vector<std::string>& more = {});
 
     void reach_splash();
@@ -74,7 +77,7 @@ public:
     void reach_unpacking();
     void reach_folder_browser();
     void reach_copying();
-    // The last screen, by the console line before it and the OK button.
+    // The last screen, by the OK button that no browser covers.
     void reach_last_screen();
 
     // Clicks a row of the listing, 0 is the first, and waits until another path is shown.
@@ -94,6 +97,8 @@ public:
 
     // Clicks at a place of a window.
     void click(support::XWindow window, int x, int y, int button = support::left_button);
+    // The same without letting the button go.
+    void press(support::XWindow window, int x, int y);
     // Puts the pointer into the main window and gives it the keys.
     void focus_main_window();
 
@@ -119,19 +124,27 @@ public:
     [[nodiscard]] support::ChildProcess& installer() { return *installer_; }
     [[nodiscard]] support::DisplayView& view() { return *view_; }
     [[nodiscard]] support::Person& person() { return *person_; }
-    [[nodiscard]] const std::string& display_name() const { return server_->display_name(); }
+    // Only with a line in the options.
+    [[nodiscard]] const support::DistantDisplay& line() const { return *line_; }
+    // Where the installer's windows are, as the installer is told.
+    [[nodiscard]] const std::string& display_name() const {
+        return line_ ? line_->display_name() : server_->display_name();
+    }
     [[nodiscard]] support::XWindow splash_window() const { return splash_window_; }
     [[nodiscard]] support::XWindow main_window() const { return main_window_; }
     [[nodiscard]] support::XWindow browser_window() const { return browser_window_; }
     [[nodiscard]] std::string program_path() const { return program_; }
 
 private:
+    // Two clicks of a person on two things are further apart than those of a double click.
+    void pause_between_clicks();
     [[nodiscard]] support::Colour pixel(const support::Picture& picture, int x, int y) const;
     ScenarioOptions options_;
     std::unique_ptr<support::PrivateWorld> world_;
     support::Account account_;
     std::string program_;
     std::unique_ptr<support::XServer> server_;
+    std::unique_ptr<support::DistantDisplay> line_;
     std::unique_ptr<support::WindowManager> manager_;
     std::unique_ptr<support::DisplayView> view_;
     std::unique_ptr<support::Person> person_;

@@ -96,8 +96,7 @@ TEST(LastScreen, TheButtonFiresWhenItIsReleasedElsewhere) {
     scenario.cancel_folder();
     scenario.reach_last_screen();
     const support::Place place = scenario.view().place_on_root(scenario.main_window());
-    scenario.person().move_pointer(place.x + 300, place.y + 366);
-    scenario.person().press_button();
+    scenario.press(scenario.main_window(), 300, 366);
     scenario.wait_for("the pressed button in the accent colour", [&] {
         return near_colour(scenario.picture_of(scenario.main_window()).at(275, 359), accent, 2);
     });

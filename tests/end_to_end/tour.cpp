@@ -1,8 +1,9 @@
 // Plays the whole installation on a private screen as a throw-away account with the real sudo,
-// takes a picture of every screen, and proves the installed file. zeph-tour FOLDER
+// takes a picture of every screen, and proves the installed file. zeph-tour FOLDER [DPI]
 //
 // FOLDER gets numbered pictures, console.txt, and installed/ with the plug-in, which is the folder
-// that the person of the tour chooses (under another name). Ends with status 0 when all is well.
+// that the person of the tour chooses (under another name). DPI is the screen's density, from 96 to
+// 192 in steps of 12. Ends with status 0 when all is well.
 
 #include "end_to_end/scenario.h"
 #include "end_to_end/tour_proof.h"
@@ -12,6 +13,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -22,6 +24,13 @@ namespace {
 namespace files = std::filesystem;
 
 constexpr unsigned long little_room = 256UL * 1024;
+
+constexpr int plain_dpi = 96;
+
+struct Tour {
+    std::string folder;
+    int dpi = plain_dpi;
+};
 
 class Album {
 public:
@@ -46,11 +55,12 @@ void say(const std::string& text) {
     std::fflush(stdout);
 }
 
-ScenarioOptions with(Rights rights, const std::string& folder) {
+ScenarioOptions with(Rights rights, const Tour& tour) {
     ScenarioOptions options;
     options.rights = rights;
-    options.environment = {"LC_ALL=C.UTF-8", "ORXDPI=96"};
-    options.keep_visible = {folder};
+    options.environment = {"LC_ALL=C.UTF-8", "ORXDPI=" + std::to_string(tour.dpi)};
+    options.scale = static_cast<double>(tour.dpi) / plain_dpi;
+    options.keep_visible = {tour.folder};
     return options;
 }
 
@@ -63,9 +73,9 @@ void mount_plugin_folder(const Scenario& scenario, const std::string& folder) {
     }
 }
 
-PluginFile install(const std::string& folder, Album& album) {
-    Scenario scenario(with(Rights::sudo, folder));
-    mount_plugin_folder(scenario, folder);
+PluginFile install(const Tour& tour, Album& album) {
+    Scenario scenario(with(Rights::sudo, tour));
+    mount_plugin_folder(scenario, tour.folder);
     scenario.reach_splash();
     album.keep(scenario, scenario.splash_window(), "splash", "the splash");
     scenario.reach_main_window_from_splash();
@@ -77,7 +87,9 @@ PluginFile install(const std::string& folder, Album& album) {
     scenario.give_password(user_password);
     scenario.reach_unpacking();
     scenario.wait_for("a third of the bar", [&] {
-        return scenario.picture_of(scenario.main_window()).at(208, 371).red > 100;
+        return scenario.picture_of(scenario.main_window())
+                   .at(scenario.device(208), scenario.device(371))
+                   .red > 100;
     });
     album.keep(scenario, scenario.main_window(), "unpacking", "the right one: unpacks");
     scenario.reach_folder_browser();
@@ -86,13 +98,16 @@ PluginFile install(const std::string& folder, Album& album) {
     album.keep(scenario, scenario.browser_window(), "folder-chosen", "vst is entered");
     scenario.accept_folder();
     scenario.reach_copying();
-    scenario.wait_for("the file", [&] { return plugin_in(folder + "/installed").has_value(); });
+    scenario.wait_for("the file",
+                      [&] { return plugin_in(tour.folder + "/installed").has_value(); });
     album.keep(scenario, scenario.main_window(), "copying", "copies with root's rights");
     scenario.wait_for("cleaning up", [&] {
         return scenario.console().find("Removing Temporary Files\n") != std::string::npos;
     });
     scenario.wait_for("a full bar", [&] {
-        return scenario.picture_of(scenario.main_window()).at(560, 368).red > 200;
+        return scenario.picture_of(scenario.main_window())
+                   .at(scenario.device(560), scenario.device(368))
+                   .red > 200;
     });
     album.keep(scenario, scenario.main_window(), "removing", "removes temporary files");
     scenario.reach_last_screen();
@@ -101,7 +116,7 @@ PluginFile install(const std::string& folder, Album& album) {
     if (scenario.finish().exit_status != 0 || !installer_files_in_tmp().empty()) {
         throw std::runtime_error("the run did not end clean\n" + scenario.report());
     }
-    std::ofstream(folder + "/console.txt") << scenario.console();
+    std::ofstream(tour.folder + "/console.txt") << scenario.console();
     say("checking the installed file");
     const PluginFile file = prove_file(scenario.account().home + "/vst");
     prove_in_hosts(scenario.account().home + "/vst");
@@ -109,8 +124,8 @@ PluginFile install(const std::string& folder, Album& album) {
     return file;
 }
 
-void cancel(const std::string& folder, Album& album) {
-    Scenario scenario(with(Rights::sudo, folder));
+void cancel(const Tour& tour, Album& album) {
+    Scenario scenario(with(Rights::sudo, tour));
     scenario.reach_password_screen();
     scenario.give_password(user_password);
     scenario.reach_folder_browser();
@@ -119,8 +134,8 @@ void cancel(const std::string& folder, Album& album) {
     album.keep(scenario, scenario.main_window(), "cancelled", "another run, cancelled");
 }
 
-void fail_to_unpack(const std::string& folder, Album& album) {
-    Scenario scenario(with(Rights::only_su, folder));
+void fail_to_unpack(const Tour& tour, Album& album) {
+    Scenario scenario(with(Rights::only_su, tour));
     scenario.reach_password_screen();
     album.keep(scenario, scenario.main_window(), "root-password", "without sudo: asks for root's");
     scenario.leave_room_in_tmp(little_room);
@@ -129,16 +144,16 @@ void fail_to_unpack(const std::string& folder, Album& album) {
     album.keep(scenario, scenario.main_window(), "no-room", "there is no room in /tmp");
 }
 
-void meet_another_instance(const std::string& folder, Album& album) {
-    Scenario scenario(with(Rights::sudo, folder));
+void meet_another_instance(const Tour& tour, Album& album) {
+    Scenario scenario(with(Rights::sudo, tour));
     support::write_file(lock_path, "");
     scenario.reach_main_window();
     scenario.reach_last_screen();
     album.keep(scenario, scenario.main_window(), "another-instance", "another one is running");
 }
 
-void have_no_rights(const std::string& folder, Album& album) {
-    Scenario scenario(with(Rights::none, folder));
+void have_no_rights(const Tour& tour, Album& album) {
+    Scenario scenario(with(Rights::none, tour));
     scenario.reach_main_window();
     scenario.wait_for("the whole text", [&] {
         return scenario.line_shown(scenario.picture_of(scenario.main_window()), 7);
@@ -161,17 +176,18 @@ void hand_over(const std::string& folder) {
     (void)!lchown(folder.c_str(), owner.st_uid, owner.st_gid);
 }
 
-int play(const std::string& folder) {
+int play(const Tour& tour) {
+    const std::string& folder = tour.folder;
     files::remove_all(folder);
     files::create_directories(folder + "/installed");
     Album album(folder);
     say("playing the installation on a private screen");
-    const PluginFile file = install(folder, album);
+    const PluginFile file = install(tour, album);
     say("and the screens that it did not meet");
-    cancel(folder, album);
-    fail_to_unpack(folder, album);
-    meet_another_instance(folder, album);
-    have_no_rights(folder, album);
+    cancel(tour, album);
+    fail_to_unpack(tour, album);
+    meet_another_instance(tour, album);
+    have_no_rights(tour, album);
     hand_over(folder);
     say("pictures and console.txt are in " + folder);
     say("installed: " + folder + "/installed/" + plugin_name + ", " + std::to_string(file.bytes) +
@@ -183,8 +199,12 @@ int play(const std::string& folder) {
 } // namespace end_to_end
 
 int main(int count, char** arguments) {
-    if (count != 2) {
-        std::fprintf(stderr, "usage: zeph-tour FOLDER\n");
+    end_to_end::Tour tour;
+    if (count == 3) {
+        tour.dpi = std::atoi(arguments[2]);
+    }
+    if (count < 2 || count > 3 || tour.dpi < 96 || tour.dpi > 192 || tour.dpi % 12 != 0) {
+        std::fprintf(stderr, "usage: zeph-tour FOLDER [DPI], DPI from 96 to 192 in steps of 12\n");
         return 2;
     }
     if (const auto obstacle = support::world_obstacle()) {
@@ -192,7 +212,8 @@ int main(int count, char** arguments) {
         return 1;
     }
     try {
-        return end_to_end::play(std::filesystem::absolute(arguments[1]).lexically_normal());
+        tour.folder = std::filesystem::absolute(arguments[1]).lexically_normal();
+        return end_to_end::play(tour);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "the tour failed: %s\n", error.what());
         return 1;

@@ -66,6 +66,8 @@ std::string text_of_file(int file) {
         dup2(output_file, STDOUT_FILENO);
         dup2(error_file, STDERR_FILENO);
     }
+    // What the test runner left open is none of the program's.
+    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);

@@ -45,18 +45,21 @@ constexpr const char* openbox_configuration =
 )";
 
 // Shows a small window until the window manager has taken it; again and again, because a window
-// that appears while the manager starts may be missed.
+// that appears while the manager starts may be missed; each time for longer, because a slow manager
+// may otherwise never catch it.
 bool manages_a_window(const DisplayView& view) {
     xcb_connection_t* connection = view.connection();
     const xcb_window_t probe = xcb_generate_id(connection);
     xcb_create_window(connection, XCB_COPY_FROM_PARENT, probe, view.root(), 0, 0, 16, 16, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    std::chrono::milliseconds patience{50};
     const bool managed = wait_until([&] {
         xcb_map_window(connection, probe);
         xcb_flush(connection);
-        if (wait_until([&] { return view.managed(probe); }, std::chrono::milliseconds{50})) {
+        if (wait_until([&] { return view.managed(probe); }, patience)) {
             return true;
         }
+        patience *= 2;
         xcb_unmap_window(connection, probe);
         return false;
     });

@@ -88,7 +88,7 @@ class Checker:
     def check_types(self):
         for setting, value in list(self.values.items()):
             if setting in SWITCHES:
-                if isinstance(value, bool) or value not in (0, 1):
+                if type(value) is not int or value not in (0, 1):
                     self.complain(setting, f"is {value!r}", "write 0 (off) or 1 (on)")
                     del self.values[setting]
             elif not isinstance(value, str):
@@ -230,6 +230,9 @@ def read_settings(folder):
     except tomllib.TOMLDecodeError as error:
         mend = 'write each setting on a line of its own: name = "text" or name = 1'
         raise SettingsError([f"{path}: {error}; {mend}"]) from None
+    except (ValueError, RecursionError):
+        mend = "give each setting one short text, 0 or 1"
+        raise SettingsError([f"{path}: has a value too long or too deep to read; {mend}"]) from None
     checker = Checker(dict(values))
     checker.check_all()
     if checker.complaints:

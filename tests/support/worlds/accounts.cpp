@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -97,6 +98,13 @@ std::vector<std::string> login_environment(const Account& account,
     std::vector<std::string> environment = {"HOME=" + account.home, "USER=" + account.name,
                                             "LOGNAME=" + account.name, "SHELL=/bin/sh",
                                             "PATH=/usr/local/bin:/usr/bin:/bin"};
+    // What watches the program under test is set up alike in every account.
+    for (const char* name :
+         {"ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS", "LLVM_PROFILE_FILE"}) {
+        if (const char* value = std::getenv(name)) {
+            environment.push_back(std::string(name) + "=" + value);
+        }
+    }
     environment.insert(environment.end(), more.begin(), more.end());
     return environment;
 }

@@ -35,30 +35,33 @@ public:
         return folder_listing_read(rows_.get(), path.c_str(), &visible);
     }
     void put(int row, const std::string& name, std::uint32_t mode, bool hidden = false) {
-        rows_[row].name = strdup(name.c_str());
-        rows_[row].mode = mode;
-        rows_[row].hidden = hidden ? 1 : 0;
+        rows_.get()[row].name = strdup(name.c_str());
+        rows_.get()[row].mode = mode;
+        rows_.get()[row].hidden = hidden ? 1 : 0;
     }
     [[nodiscard]] std::vector<std::string> names() const {
         std::vector<std::string> all;
-        for (int row = 0; row < folder_listing_capacity && rows_[row].name != nullptr; ++row) {
-            all.emplace_back(rows_[row].name);
+        for (int row = 0; row < folder_listing_capacity && rows_.get()[row].name != nullptr;
+             ++row) {
+            all.emplace_back(rows_.get()[row].name);
         }
         return all;
     }
     [[nodiscard]] std::vector<std::string> shown_names() const {
         std::vector<std::string> all;
-        for (int row = 0; row < folder_listing_capacity && rows_[row].name != nullptr; ++row) {
-            if (rows_[row].hidden == 0) {
-                all.emplace_back(rows_[row].name);
+        for (int row = 0; row < folder_listing_capacity && rows_.get()[row].name != nullptr;
+             ++row) {
+            if (rows_.get()[row].hidden == 0) {
+                all.emplace_back(rows_.get()[row].name);
             }
         }
         return all;
     }
     [[nodiscard]] const DirEntry* find(const std::string& name) const {
-        for (int row = 0; row < folder_listing_capacity && rows_[row].name != nullptr; ++row) {
-            if (name == rows_[row].name) {
-                return &rows_[row];
+        for (int row = 0; row < folder_listing_capacity && rows_.get()[row].name != nullptr;
+             ++row) {
+            if (name == rows_.get()[row].name) {
+                return &rows_.get()[row];
             }
         }
         return nullptr;

@@ -89,6 +89,9 @@ TextRenderer* text_renderer_new(UiEngine* engine) {
 }
 
 void text_renderer_destroy(TextRenderer* text) {
+    if (text != nullptr) {
+        delete[] text->white_over;
+    }
     delete text;
 }
 
