@@ -3,7 +3,6 @@
 #include "faults/surroundings.h"
 
 #include <sys/mount.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 #include <cstring>
@@ -61,9 +60,10 @@ uid_t user_of(const std::string& process_folder) {
     return at == std::string::npos ? uid_t{0} : static_cast<uid_t>(std::stoul(text.substr(at + 5)));
 }
 
-dev_t device_of(const std::string& path) {
-    struct stat status {};
-    return stat(path.c_str(), &status) == 0 ? status.st_dev : dev_t{0};
+// The world that a process lives in; empty for a zombie.
+std::string world_of(const std::string& process_folder) {
+    std::error_code error;
+    return files::read_symlink(process_folder + "/ns/mnt", error).string();
 }
 
 } // namespace
@@ -107,11 +107,10 @@ std::vector<pid_t> children_of(pid_t parent) {
 
 std::vector<std::string> processes_of(const support::Account& account) {
     std::vector<std::string> processes;
-    const dev_t tmp = device_of("/tmp");
+    const std::string world = world_of("/proc/thread-self");
     for (const std::string& id : process_ids()) {
-        // Accounts of other tests' worlds may have the same number, but not the same /tmp.
-        if (user_of("/proc/" + id) == account.uid &&
-            device_of("/proc/" + id + "/root/tmp") == tmp) {
+        // Accounts of other tests' worlds may have the same number.
+        if (user_of("/proc/" + id) == account.uid && world_of("/proc/" + id) == world) {
             processes.push_back(id + " " + process_line(id).name);
         }
     }

@@ -43,7 +43,7 @@ TEST_F(Cancel, APasswordCheckThatGetsNoPromptIsBrokenOff) {
         const RunnerOutcome outcome =
             call(method + "_check_password", "", {method + "=" + path, "cancel_after=1000"});
         EXPECT_EQ(outcome.result, 0) << outcome.text;
-        EXPECT_LT(outcome.time_ms, 4000);
+        EXPECT_LT(outcome.time_ms, 8000);
         EXPECT_EQ(outcome.children, "none");
         EXPECT_EQ(outcome.descriptors, "none");
     }
@@ -56,7 +56,7 @@ TEST_F(Cancel, APasswordCheckThatIsThoughtAboutIsBrokenOff) {
         const RunnerOutcome outcome =
             call(method + "_check_password", "", {method + "=" + path, "cancel_after=2500"});
         EXPECT_EQ(outcome.result, 0) << outcome.text;
-        EXPECT_LT(outcome.time_ms, 6000);
+        EXPECT_LT(outcome.time_ms, 10000);
         EXPECT_EQ(outcome.children, "none");
     }
 }
@@ -66,7 +66,7 @@ TEST_F(Cancel, TheProbeIsBrokenOff) {
         support::install_stand_in("asker", {"probe=ask", "lecture=Who are you? ", "wait=600000"});
     const RunnerOutcome outcome = call("sudo_probe", "user", {"sudo=" + path, "cancel_after=1000"});
     EXPECT_EQ(outcome.result, 0);
-    EXPECT_LT(outcome.time_ms, 4000);
+    EXPECT_LT(outcome.time_ms, 8000);
 }
 
 TEST_F(Cancel, AnExtractionIsCarriedOutAlsoWhenAskedForBefore) {

@@ -68,7 +68,7 @@ TEST_F(Secrets, TheChildHasItsTerminalAndNothingElseOfOurs) {
         }
     }
     const std::string environment = "\n" + text_of("/tmp/environment");
-    EXPECT_NE(environment.find("\nLC_ALL=C\n"), std::string::npos);
+    EXPECT_NE(environment.find("\nLC_ALL=C\n"), std::string::npos) << environment << outcome.text;
     EXPECT_EQ(environment.find("\nLANGUAGE="), std::string::npos);
     EXPECT_NE(environment.find("\nKEPT=as it was\n"), std::string::npos);
     EXPECT_NE(environment.find("\nHOME=" + account_.home + "\n"), std::string::npos);

@@ -44,27 +44,24 @@ constexpr const char* openbox_configuration =
 </openbox_config>
 )";
 
-// Shows a small window until the window manager has taken it; again and again, because a window
-// that appears while the manager starts may be missed; each time for longer, because a slow manager
-// may otherwise never catch it.
+// Shows small windows until the window manager has taken one: a window that appears while the
+// manager starts may be missed, and another one is shown then. Each stays for longer, because a
+// slow manager may otherwise never catch one.
 bool manages_a_window(const DisplayView& view) {
     xcb_connection_t* connection = view.connection();
-    const xcb_window_t probe = xcb_generate_id(connection);
-    xcb_create_window(connection, XCB_COPY_FROM_PARENT, probe, view.root(), 0, 0, 16, 16, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
     std::chrono::milliseconds patience{50};
     const bool managed = wait_until([&] {
+        const xcb_window_t probe = xcb_generate_id(connection);
+        xcb_create_window(connection, XCB_COPY_FROM_PARENT, probe, view.root(), 0, 0, 16, 16, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
         xcb_map_window(connection, probe);
         xcb_flush(connection);
-        if (wait_until([&] { return view.managed(probe); }, patience)) {
-            return true;
-        }
+        const bool taken = wait_until([&] { return view.managed(probe); }, patience);
+        xcb_destroy_window(connection, probe);
+        xcb_flush(connection);
         patience *= 2;
-        xcb_unmap_window(connection, probe);
-        return false;
+        return taken;
     });
-    xcb_destroy_window(connection, probe);
-    xcb_flush(connection);
     // Its frame is taken down a moment later; nothing else is on the screen when the test begins.
     const auto frame_gone = [&] {
         for (const XWindow child : view.children(view.root())) {

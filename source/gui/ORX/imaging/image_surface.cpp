@@ -49,7 +49,8 @@ ImageSurface* orx_image_new(UiEngine* engine, std::int32_t width, std::int32_t h
 
 void orx_image_free(UiEngine* engine, ImageSurface* surface) {
     const XLockGuard lock(engine);
-    if (surface != nullptr && engine_display(engine) != nullptr) {
+    // A surface is memory of ours: it goes also when the connection is lost.
+    if (surface != nullptr && engine->display != nullptr) {
         XDestroyImage(surface);
     }
 }

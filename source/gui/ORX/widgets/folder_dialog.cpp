@@ -191,6 +191,7 @@ void folder_dialog_finish(FolderDialog* dialog, const FolderDialogEnding& ending
     if (ending.callback != nullptr) {
         ending.callback(ending.path, ending.user);
     }
+    std::free(ending.path);
 }
 
 bool folder_dialog_is_open(const FolderDialog* dialog) {

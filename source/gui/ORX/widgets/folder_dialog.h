@@ -29,7 +29,7 @@
 struct Pixbuf;
 struct TextRenderer;
 
-// path is an absolute path that stays the dialog's (copy it), or null for a cancel.
+// path is an absolute path, valid during the call (copy it), or null for a cancel.
 using FolderDialogCallback = void (*)(const char* path, void* user);
 
 // Device rows of the list that are drawn into its pixmap at a time, when they first come into view.

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 
 namespace {
 
@@ -150,20 +151,30 @@ void press(FolderDialog* dialog, std::int32_t x, std::int32_t y, std::int32_t bu
     }
 }
 
+// Ends the dialog with that path, kept as the dialog's own and given to whoever listens; not at all
+// when there is no memory for both.
+bool end_with(FolderDialog* dialog, char* path, FolderDialogEnding* ending) {
+    char* given = path == nullptr ? nullptr : strdup(path);
+    if (given == nullptr) {
+        std::free(path);
+        return false;
+    }
+    *ending = folder_dialog_detach(dialog);
+    std::free(dialog->chosen_path);
+    dialog->chosen_path = path;
+    ending->callback = dialog->on_accept;
+    ending->path = given;
+    return true;
+}
+
 // The folder being shown is the answer. Without a path it is none, and the dialog stays.
 FolderDialogEnding accept(FolderDialog* dialog) {
     push_button_set_highlighted(&dialog->ok_button, false);
-    char* path = folder_dialog_working_directory();
-    if (path == nullptr) {
+    FolderDialogEnding ending;
+    if (!end_with(dialog, folder_dialog_working_directory(), &ending)) {
         folder_dialog_repaint_button(dialog, &dialog->ok_button);
         folder_dialog_paint_path(dialog);
-        return FolderDialogEnding{};
     }
-    FolderDialogEnding ending = folder_dialog_detach(dialog);
-    std::free(dialog->chosen_path);
-    dialog->chosen_path = path;
-    ending.callback = dialog->on_accept;
-    ending.path = path;
     return ending;
 }
 
@@ -223,9 +234,9 @@ void on_double_click(std::int32_t x, std::int32_t y, std::int32_t button, Window
             press(dialog, x, y, button);
             return;
         }
-        ending = folder_dialog_detach(dialog);
-        ending.callback = dialog->on_accept;
-        ending.path = dialog->chosen_path;
+        char* path = dialog->chosen_path;
+        dialog->chosen_path = nullptr;
+        static_cast<void>(end_with(dialog, path, &ending));
     }
     folder_dialog_finish(dialog, ending);
 }

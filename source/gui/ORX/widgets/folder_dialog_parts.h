@@ -12,14 +12,14 @@
 struct FolderDialogEnding {
     WindowId window = no_window; // to be destroyed
     FolderDialogCallback callback = nullptr;
-    const char* path = nullptr;
+    char* path = nullptr; // owned: whoever listens may open the dialog again meanwhile
     void* user = nullptr;
 };
 
 // Closes the dialog: frees its images and forgets its window, which the ending names.
 [[nodiscard]] FolderDialogEnding folder_dialog_detach(FolderDialog* dialog);
 
-// Destroys the window and calls the callback. With the mutex free; takes table_lock.
+// Destroys the window, calls the callback and frees the path. With the mutex free; takes table_lock.
 void folder_dialog_finish(FolderDialog* dialog, const FolderDialogEnding& ending);
 
 // The working directory's absolute path, for free(), or null when it has none any more.
