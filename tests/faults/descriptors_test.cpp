@@ -127,7 +127,7 @@ TEST_P(Descriptors, OfTheToolAreItsTerminalAndOfARunOnlySuMastersStay) {
     files::remove(witness_file);
     scenario.press_ok();
     EXPECT_TRUE(ended_clean(scenario.finish()));
-    EXPECT_EQ(processes_of(scenario.account()), std::vector<std::string>{});
+    EXPECT_EQ(processes_left(scenario.account()), std::vector<std::string>{});
 }
 
 } // namespace

@@ -52,7 +52,7 @@ Outcome outcome_of(Scenario& scenario) {
     return {.console = scenario.console(),
             .exit_status = end.exit_status,
             .files_in_tmp = installer_files_in_tmp(),
-            .processes = processes_of(scenario.account()),
+            .processes = processes_left(scenario.account()),
             .files_at_home = names_in(scenario.account().home),
             .installed = plugin_in(scenario.account().home) == plugin_of_archive()};
 }

@@ -25,7 +25,7 @@ void expect_unpack_failure(Scenario& scenario) {
     EXPECT_TRUE(line_reads(picture, 3, "Unable to extract installer data"));
     scenario.press_ok();
     EXPECT_EQ(scenario.finish().exit_status, 0);
-    EXPECT_EQ(processes_of(scenario.account()), std::vector<std::string>{});
+    EXPECT_EQ(processes_left(scenario.account()), std::vector<std::string>{});
     EXPECT_EQ(plugin_in(scenario.account().home), std::nullopt);
     EXPECT_TRUE(scenario.console().ends_with(info("Exiting") + "\n"));
 }

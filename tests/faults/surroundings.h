@@ -30,6 +30,9 @@ void remount_tmp(unsigned long flags, const std::string& data = {});
 // Processes that belong to the account, as "ID NAME".
 [[nodiscard]] std::vector<std::string> processes_of(const support::Account& account);
 
+// Those that are still there after a moment: what an ended program had started may take one to end.
+[[nodiscard]] std::vector<std::string> processes_left(const support::Account& account);
+
 // The letter of the process's state: R, S, T (stopped), Z (zombie); a blank when it is not there.
 [[nodiscard]] char state_of(pid_t process);
 

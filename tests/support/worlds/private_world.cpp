@@ -161,7 +161,10 @@ PrivateWorld::PrivateWorld(const WorldOptions& options) {
 }
 
 PrivateWorld::~PrivateWorld() {
-    const bool left = setns(machine_namespace_, CLONE_NEWNS) == 0 && fchdir(working_folder_) == 0;
+    // A namespace is not left while a thread shares this one's folders, and a tool that watches
+    // threads may have started one of its own.
+    const bool left = unshare(CLONE_FS) == 0 && setns(machine_namespace_, CLONE_NEWNS) == 0 &&
+                      fchdir(working_folder_) == 0;
     close(machine_namespace_);
     close(working_folder_);
     if (!left) {
