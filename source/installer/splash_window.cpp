@@ -75,6 +75,8 @@ void show_until_dismissed() {
     window_set_on_paint(engine, id, on_paint);
     window_set_on_close(engine, id, on_close);
     window_set_on_button_press(engine, id, on_button_press);
+    // Right after the start a first press counts as the second of a double click.
+    window_set_on_double_click(engine, id, on_button_press);
     window_map(engine, id);
     for (std::int32_t i = 0;
          i < shown_ms && installer.splash_dismissed == 0 && installer.cancel_requested == 0; ++i) {

@@ -99,6 +99,26 @@ TEST(Splash, GoesByItselfAfterSixSeconds) {
     EXPECT_FALSE(scenario.view().exists(scenario.splash_window()));
 }
 
+class SplashClick : public testing::TestWithParam<int> {};
+
+INSTANTIATE_TEST_SUITE_P(Of, SplashClick,
+                         testing::Values(support::left_button, support::right_button),
+                         [](const auto& button) {
+                             return button.param == support::left_button ? "LeftButton"
+                                                                         : "RightButton";
+                         });
+
+TEST_P(SplashClick, EndsItAtOnce) {
+    Scenario scenario;
+    scenario.reach_splash();
+    scenario.click(scenario.splash_window(), 300, 200, GetParam());
+    const auto clicked = std::chrono::steady_clock::now();
+    EXPECT_TRUE(scenario.view().wait_until_gone(scenario.splash_window()));
+    // By itself it would have stayed for six seconds.
+    EXPECT_LT(std::chrono::steady_clock::now() - clicked, std::chrono::milliseconds{3000});
+    EXPECT_NE(scenario.view().wait_for_class("zeph-installer"), 0U);
+}
+
 TEST(Splash, ThatIsClosedEarlyDoesNotHurryTheMainWindow) {
     Scenario scenario;
     scenario.reach_splash();

@@ -106,5 +106,22 @@ TEST(LastScreen, TheButtonFiresWhenItIsReleasedElsewhere) {
     EXPECT_TRUE(ended_clean(scenario.finish()));
 }
 
+// The button's place takes clicks also while it does not show: one there ends the last screen at
+// once.
+TEST(LastScreen, IsLeftAtOnceAfterAClickWhereItsButtonWillBe) {
+    Scenario scenario;
+    scenario.reach_password_screen();
+    scenario.press(scenario.main_window(), 300, 366);
+    const support::Place place = scenario.view().place_on_root(scenario.main_window());
+    scenario.person().move_pointer(place.x + 100, place.y + 100);
+    scenario.person().release_button();
+    EXPECT_FALSE(scenario.button_shown(scenario.picture_of(scenario.main_window())));
+    scenario.give_password(user_password);
+    scenario.reach_folder_browser();
+    scenario.cancel_folder();
+    EXPECT_TRUE(ended_clean(scenario.finish())) << "without the button being pressed";
+    EXPECT_NE(scenario.console().find(info("Install cancelled by user.")), std::string::npos);
+}
+
 } // namespace
 } // namespace end_to_end

@@ -1,4 +1,4 @@
-// Too little room: no room in /tmp, no /tmp, and limits on the size of files.
+// Too little: no room in /tmp, no /tmp, limits on the size of files, and no terminals.
 
 #include "end_to_end/expectations.h"
 #include "end_to_end/installed_file.h"
@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 
 namespace faults {
@@ -141,6 +142,49 @@ TEST(FileSizeLimit, BelowTheArchiveIsReportedAndNothingStays) {
     scenario.give_password(user_password);
     expect_unpack_failure(scenario);
     EXPECT_EQ(installer_files_in_tmp(), std::vector<std::string>{});
+}
+
+std::string no_terminal_for(const std::string& tool) {
+    return std::string("** ERROR ** ") + title + ": failed to fork pty for " + tool + "\n";
+}
+
+TEST(NoTerminal, ForTheSearchOfSudoLeadsToSu) {
+    Scenario scenario;
+    allow_terminals(0);
+    scenario.reach_password_screen();
+    EXPECT_TRUE(line_reads(scenario.picture_of(scenario.main_window()), 3,
+                           "please enter the admin / root password"));
+    EXPECT_TRUE(scenario.console().starts_with(std::string("\n- ") + title + " -\n\n" +
+                                               no_terminal_for("sudo") +
+                                               info("Using 'su' for authentication")))
+        << scenario.console();
+    scenario.give_password(root_password);
+    scenario.reach_wrong_password_screen();
+    EXPECT_NE(scenario.console().find(no_terminal_for("su")), std::string::npos)
+        << scenario.console();
+    scenario.installer().send_signal(SIGTERM);
+    EXPECT_TRUE(ended_clean(scenario.finish()));
+}
+
+// The check of the password takes the only one and keeps it.
+TEST(NoTerminal, ForTheExtractionIsReportedAndTheArchiveIsRemoved) {
+    Scenario scenario({.rights = Rights::only_su});
+    allow_terminals(1);
+    scenario.reach_password_screen();
+    install_from_password_screen(scenario, root_password);
+    const support::Picture picture = scenario.picture_of(scenario.main_window());
+    EXPECT_TRUE(line_reads(picture, 2, "** FATAL ERROR **"));
+    EXPECT_TRUE(line_reads(picture, 3, "Failed to copy files"));
+    EXPECT_EQ(scenario.lines_shown(picture), "0 2 3");
+    EXPECT_FALSE(scenario.bar_shown(picture));
+    EXPECT_FALSE(files::exists(archive_path));
+    scenario.press_ok();
+    EXPECT_TRUE(ended_clean(scenario.finish()));
+    EXPECT_EQ(plugin_in(scenario.account().home), std::nullopt);
+    EXPECT_EQ(scenario.console(),
+              console_text("su", {info("Password OK"), info("Unpacking Files - 001027C4 Bytes"),
+                                  info("Installing to - " + scenario.account().home),
+                                  info("Copying Files"), no_terminal_for("su")}));
 }
 
 } // namespace

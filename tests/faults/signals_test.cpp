@@ -68,7 +68,8 @@ TEST_P(SignalTwice, EndsTheRunAsOneDoes) {
     // what ends the process; nothing is left to be done then.
     support::ChildEnd end = scenario.finish();
     if (end.signal == signal) {
-        end = {.exit_status = 0};
+        end.signal.reset();
+        end.exit_status = 0;
     }
     EXPECT_TRUE(ended_clean(end));
     EXPECT_EQ(processes_left(scenario.account()), std::vector<std::string>{});

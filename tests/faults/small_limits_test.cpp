@@ -26,6 +26,23 @@ TEST(FileSizeLimit, OfNothingIsReportedAndNothingStays) {
     EXPECT_TRUE(ended_clean(scenario.finish()));
 }
 
+// The shell becomes the installer, which is then the one process that the person may have.
+TEST(NoGuiThread, IsSaidAndTheRunEndsWith255) {
+    Scenario scenario;
+    support::write_file(lock_path, "a killed run's");
+    support::give_to(scenario.account(), lock_path);
+    start_through_shell(scenario, "ulimit -u 1");
+    scenario.start();
+    EXPECT_EQ(scenario.finish().exit_status, 255);
+    const std::string error = std::string("** ERROR ** ") + title + ": ";
+    EXPECT_EQ(scenario.console(), std::string("\n- ") + title + " -\n\n" + error +
+                                      "failed to fork pty for sudo\n" +
+                                      info("Using 'su' for authentication") + error +
+                                      "Unable to create GUI thread :(\n");
+    EXPECT_EQ(installer_files_in_tmp(), std::vector<std::string>{});
+    EXPECT_EQ(processes_left(scenario.account()), std::vector<std::string>{});
+}
+
 struct Limit {
     const char* name;
     const char* command;

@@ -21,6 +21,9 @@ void start_through_shell(const end_to_end::Scenario& scenario, const std::string
 // "size=512k".
 void remount_tmp(unsigned long flags, const std::string& data = {});
 
+// Gives the world so many pseudo-terminals and no more. They are new ones: none is taken yet.
+void allow_terminals(int count);
+
 // The file's whole text; empty when it cannot be read.
 [[nodiscard]] std::string text_of(const std::string& path);
 

@@ -51,14 +51,6 @@ bool tells_of(Scenario& scenario, const std::string& text) {
     return scenario.console().find("Lantern Tilt 1.2.0 Installer: " + text) != std::string::npos;
 }
 
-// Gives the installer's world so many pseudo-terminals and no more.
-void allow_terminals(int count) {
-    const std::string data =
-        "newinstance,ptmxmode=0666,mode=620,gid=5,max=" + std::to_string(count);
-    ASSERT_EQ(mount("devpts", "/dev/pts", "devpts", 0, data.c_str()), 0);
-    ASSERT_EQ(mount("/dev/pts/ptmx", "/dev/ptmx", nullptr, MS_BIND, nullptr), 0);
-}
-
 } // namespace
 
 TEST(DesktopSteps, WithoutAHomeThePersonIsToldAfterTheTwoCommonCopies) {
@@ -93,7 +85,7 @@ TEST(DesktopSteps, AFailedStepWithSudoKeepsNoneOfTheOthersBack) {
 TEST(DesktopSteps, AStepWithSuThatGetsNoTerminalEndsTheSteps) {
     Scenario scenario(options_of(Rights::only_su));
     make_desktop(scenario);
-    ASSERT_NO_FATAL_FAILURE(allow_terminals(3));
+    faults::allow_terminals(3);
     install(scenario, end_to_end::root_password);
     EXPECT_TRUE(tells_of(scenario, "failed to fork pty for su")) << scenario.console();
     EXPECT_FALSE(tells_of(scenario, "Installation Complete"));

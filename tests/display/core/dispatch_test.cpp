@@ -9,7 +9,12 @@
 
 #include <X11/keysym.h>
 
+#include <unistd.h>
+
+#include <cstdlib>
 #include <ctime>
+#include <filesystem>
+#include <fstream>
 
 namespace {
 
@@ -208,6 +213,37 @@ TEST_F(Dispatch, AModifierAloneIsAKeyWithoutText) {
     send.key(true, shift_key);
     settle();
     EXPECT_TRUE(log.has(with_id("key [] " + std::to_string(XK_Shift_L) + " 0 ")));
+}
+
+// Keys that the person's compose file gives texts of its own. Xlib reads it with the display.
+struct ComposedKeys : testing::Test {
+    std::string compose_file =
+        testing::TempDir() + "compose-" + std::to_string(static_cast<long>(getpid()));
+
+    ComposedKeys() {
+        std::ofstream(compose_file) << "<a> : \"xyz\"\n<b> : \"q\" q\n";
+        setenv("XCOMPOSEFILE", compose_file.c_str(), 1);
+        setenv("LC_ALL", "C.UTF-8", 1);
+    }
+    ~ComposedKeys() override {
+        unsetenv("LC_ALL");
+        unsetenv("XCOMPOSEFILE");
+        std::filesystem::remove(compose_file);
+    }
+};
+
+TEST_F(ComposedKeys, WithATextButNoSymbolReachNobody) {
+    EngineDesk desk;
+    CallLog& log = desk.new_log();
+    const WindowId id = desk.make_window(&log);
+    const events::Sender send{desk.view, desk.x_window(id)};
+    const int a_key = 38;
+    const int b_key = 56;
+    send.key(true, a_key);
+    send.key(true, b_key);
+    EXPECT_TRUE(log.wait_for("key [q] 113 0 " + std::to_string(id)));
+    desk.settle(id, &log); // the text is looked up only in the pass after that of the key
+    EXPECT_EQ(log.count("key ["), 1);
 }
 
 TEST_F(Dispatch, AClosedWindowTellsWhereItStoodAndGivesItsSlotBack) {

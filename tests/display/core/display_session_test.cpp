@@ -2,8 +2,11 @@
 
 #include "display/core/engine_desk.h"
 
+#include "gui/ORX/core/event_loop.h"
 #include "gui/ORX/core/window_properties.h"
 #include "gui/ORX/core/window_table.h"
+
+#include <xcb/xcb.h>
 
 #include <cstdlib>
 
@@ -91,6 +94,26 @@ TEST_F(DisplaySession, TheLoopEndsItsWindowsAndLeavesTheDisplayOpen) {
     EXPECT_TRUE(window_table_empty(desk.engine));
     EXPECT_EQ(desk.engine->live_order[0], no_window);
     EXPECT_NE(engine_display(desk.engine), nullptr);
+}
+
+TEST_F(DisplaySession, AWindowThatHasGoneDoesNotKeepTheEndingLoopFromTheOthers) {
+    ASSERT_TRUE(opened());
+    CallLog& log = desk.new_log();
+    const auto gone = desk.x_window(desk.make_window(&log));
+    const auto other = desk.x_window(desk.make_window(&log));
+    xcb_connection_t* connection = desk.view.connection();
+    xcb_destroy_window(connection, gone);
+    std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    event_loop_stop(desk.engine); // it ends before it would learn that the window has gone
+    testing::internal::CaptureStdout();
+    event_loop_run(desk.engine);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "ORX-UI Engine: XErrorHandler trapped non-fatal X11 problem :(\n");
+    EXPECT_FALSE(desk.view.exists(other));
+    EXPECT_TRUE(window_table_empty(desk.engine));
+    EXPECT_EQ(desk.engine->live_order[0], no_window);
+    EXPECT_NE(engine_display(desk.engine), nullptr);
+    EXPECT_FALSE(desk.engine->stop_requested);
 }
 
 TEST_F(DisplaySession, WindowsLeftWithoutALoopEndWithTheDisplay) {

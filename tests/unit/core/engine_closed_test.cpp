@@ -8,8 +8,11 @@
 #include "gui/ORX/core/window_properties.h"
 #include "gui/ORX/core/window_table.h"
 
+#include <unistd.h>
+
 #include <atomic>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <thread>
@@ -149,6 +152,33 @@ TEST_F(ClosedEngine, SaysThatALocaleIsNotThere) {
     const EnginePointer other(engine_new(), engine_destroy);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "** ORX-UI Engine: cannot set locale\n");
     unsetenv("LC_ALL");
+}
+
+TEST_F(ClosedEngine, SaysThatTheXLibraryDoesNotKnowALocaleAndGoesOn) {
+    // The C library finds it under a name of its own, which is in none of Xlib's tables.
+    const std::string folder =
+        testing::TempDir() + "locales-" + std::to_string(static_cast<long>(getpid()));
+    std::filesystem::create_directory(folder);
+    std::filesystem::create_directory_symlink("/usr/lib/locale/C.utf8", folder + "/xx_OWN.utf8");
+    ASSERT_EQ(setenv("LOCPATH", folder.c_str(), 1), 0);
+    ASSERT_EQ(setenv("LC_ALL", "xx_OWN.UTF-8", 1), 0);
+    testing::internal::CaptureStdout();
+    const EnginePointer other(engine_new(), engine_destroy);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "** ORX-UI Engine: X doesn not support this locale\n"
+              "** ORX-UI Engine: Unable to set Locale Modifiers\n");
+    unsetenv("LC_ALL");
+    unsetenv("LOCPATH");
+    std::filesystem::remove_all(folder);
+}
+
+TEST_F(ClosedEngine, SaysThatLocaleModifiersAreNotUnderstoodAndGoesOn) {
+    ASSERT_EQ(setenv("XMODIFIERS", "nonsense", 1), 0);
+    testing::internal::CaptureStdout();
+    const EnginePointer other(engine_new(), engine_destroy);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "** ORX-UI Engine: Unable to set Locale Modifiers\n");
+    unsetenv("XMODIFIERS");
 }
 
 } // namespace

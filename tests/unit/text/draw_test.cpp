@@ -167,6 +167,16 @@ TEST_F(DrawTest, DotsFollowWhenTheLimitIsReached) {
     EXPECT_EQ(drawn("", 0), drawn("...", 10));
 }
 
+TEST_F(DrawTest, ACharacterBeyondTheFontIsDrawnByItsLowByte) {
+    GuardedPixbuf text(20, 16);
+    GuardedPixbuf glyph(20, 16);
+    text_->utf8 = 1;
+    draw_text(text_, &text.pixbuf, "\xE2\x82\xAC", 2, 12, 255, 255, 255, 9); // U+20AC
+    draw_glyph(text_, &glyph.pixbuf, 172, 2, 12, 255, 255, 255);
+    EXPECT_EQ(text.bytes(), glyph.bytes());
+    EXPECT_NE(text.bytes(), GuardedPixbuf(20, 16).bytes());
+}
+
 TEST_F(DrawTest, PasswordsAreStars) {
     GuardedPixbuf masked(60, 16);
     GuardedPixbuf stars(60, 16);

@@ -143,6 +143,23 @@ TEST_F(PushButtonTest, ALabelOfAsManyGlyphsAsTheLimitEndsInDots) {
     EXPECT_EQ(difference(highlighted, plain), "");
 }
 
+TEST_F(PushButtonTest, OfALabelLongerThanTheLimitNoMoreIsDrawn) {
+    Canvas wide{2000, 60};
+    Canvas should{2000, 60};
+    const std::string drawn(175, 'i');
+    const std::string label = drawn + 'W';
+    place(900, 10, 40, 20);
+    push_button_set_label(&button, label.c_str());
+    push_button_paint(&button, wide.image());
+    expect_face(should, 900, 10, 40, 20, grey);
+    const int x = 900 + 20 - text_width(font.text(), label.c_str()) / 2;
+    const int baseline = 10 + 10 + text_height(font.text(), label.c_str()) / 2;
+    draw_text(font.text(), should.image(), drawn.c_str(), x, baseline, 200, 210, 220, 1000);
+    draw_text(font.text(), should.image(), "...", x + text_width(font.text(), drawn.c_str()),
+              baseline, 200, 210, 220, 1000);
+    EXPECT_EQ(difference(wide, should), "");
+}
+
 TEST_F(PushButtonTest, ALabelTooLongForTheImageDoesNotComeOutOnTheOtherSide) {
     const std::string label(40, 'W');
     push_button_set_label(&button, label.c_str());

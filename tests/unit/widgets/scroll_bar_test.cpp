@@ -191,6 +191,19 @@ TEST_F(ScrollBarTest, DrawsADraggedThumbActiveAndWithinTheTrack) {
     EXPECT_GT(bar.thumb_top, 500) << "drawing must not move the thumb";
 }
 
+TEST_F(ScrollBarTest, DrawsTheWholeThumbOnATrackThatIsShorter) {
+    place(6, 20, 8, 12);
+    scroll_bar_set_position(&bar, 0.0F);
+    Canvas actual{24, 60};
+    Canvas expected{24, 60};
+    scroll_bar_paint(&bar, actual.image());
+    expect_frame(expected, 6, 20, 8, 12);
+    for (int k = 0; k <= 14; ++k) {
+        expected.row(8, 12, 15 + 1 + k, {144, 144, 144}, 200); // from above the bar to its bottom
+    }
+    EXPECT_EQ(difference(actual, expected), "");
+}
+
 TEST_F(ScrollBarTest, ArrowsTakeTheEndsOfTheTrack) {
     place(6, 8, 16, 100);
     scroll_bar_set_arrows(&bar, true);

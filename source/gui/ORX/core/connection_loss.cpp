@@ -3,10 +3,22 @@
 
 #ifdef ORX_HAS_IO_ERROR_EXIT_HANDLER
 
+#include <csetjmp>
+
 namespace {
 
+// Of the thread that is opening a display: nobody can ask a display that is not open yet to report
+// its loss, and Xlib does not return from a loss by itself.
+thread_local std::jmp_buf* way_out_of_opening = nullptr;
+thread_local Display* lost_while_opening = nullptr; // stays known, as memory that nobody frees
+
 // Xlib's own handler would end the process before the display's exit handler is asked.
-int go_on(Display*) {
+int go_on(Display* display) {
+    if (way_out_of_opening != nullptr) {
+        lost_while_opening = display;
+        // Between here and there are frames of Xlib's alone, which hold no lock but that display's.
+        std::longjmp(*way_out_of_opening, 1); // NOLINT(cert-err52-cpp)
+    }
     return 0;
 }
 
@@ -17,6 +29,19 @@ void note_loss(Display*, void* lost) {
 }
 
 } // namespace
+
+Display* open_display_or_none() {
+    std::jmp_buf way_out;
+    XSetIOErrorHandler(go_on);
+    if (setjmp(way_out) != 0) { // NOLINT(cert-err52-cpp)
+        way_out_of_opening = nullptr;
+        return nullptr;
+    }
+    way_out_of_opening = &way_out;
+    Display* display = XOpenDisplay(nullptr);
+    way_out_of_opening = nullptr;
+    return display;
+}
 
 void watch_connection(Display* display, std::atomic<bool>* lost) {
     XSetIOErrorHandler(go_on);
@@ -34,6 +59,11 @@ int end_process(Display*) {
 }
 
 } // namespace
+
+Display* open_display_or_none() {
+    XSetIOErrorHandler(end_process);
+    return XOpenDisplay(nullptr);
+}
 
 void watch_connection(Display*, std::atomic<bool>*) {
     XSetIOErrorHandler(end_process);

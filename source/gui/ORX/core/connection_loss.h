@@ -8,6 +8,10 @@
 
 #include <atomic>
 
+// XOpenDisplay(nullptr), which also gives null when the server goes away in the middle of it. What
+// Xlib had allocated for that display is not freed then.
+[[nodiscard]] Display* open_display_or_none();
+
 // Makes the loss of this display's connection set *lost (if not null) on the thread that meets it.
 // The Xlib call in progress then returns to its caller as failed, and the display may not be used
 // again, not even to close it. Call it right after opening, with the lock held under which the

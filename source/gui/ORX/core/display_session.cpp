@@ -59,7 +59,7 @@ bool engine_open_display(UiEngine* engine) {
     if (engine->display != nullptr) {
         return !engine->connection_lost;
     }
-    engine->display = XOpenDisplay(nullptr);
+    engine->display = open_display_or_none();
     if (engine->display == nullptr) {
         return false;
     }

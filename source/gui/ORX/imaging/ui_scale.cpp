@@ -25,7 +25,7 @@ ScreenSize size_of_default_screen(Display* display) {
 }
 
 bool measure_screen(ScreenSize* size) {
-    Display* display = XOpenDisplay(nullptr);
+    Display* display = open_display_or_none();
     if (display == nullptr) {
         return false;
     }

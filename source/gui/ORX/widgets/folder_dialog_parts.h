@@ -19,7 +19,8 @@ struct FolderDialogEnding {
 // Closes the dialog: frees its images and forgets its window, which the ending names.
 [[nodiscard]] FolderDialogEnding folder_dialog_detach(FolderDialog* dialog);
 
-// Destroys the window, calls the callback and frees the path. With the mutex free; takes table_lock.
+// Destroys the window, calls the callback and frees the path. With the mutex free; takes
+// table_lock.
 void folder_dialog_finish(FolderDialog* dialog, const FolderDialogEnding& ending);
 
 // The working directory's absolute path, for free(), or null when it has none any more.

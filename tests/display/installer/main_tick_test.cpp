@@ -1,0 +1,120 @@
+// What the main window paints on its tick, and what it leaves for later.
+
+#include "display/core/engine_desk.h"
+
+#include "gui/ORX/text/text_renderer.h"
+#include "installer/installer_state.h"
+#include "installer/main_window.h"
+#include "installer/window_picture.h"
+#include "support/picture.h"
+
+namespace {
+
+constexpr support::Place lines_place{0, 0, 600, 350};
+constexpr support::Place bar_place{25, 360, 550, 16};
+
+struct MainTick : testing::Test {
+    EngineDesk desk;
+
+    MainTick() {
+        installer.engine = desk.engine;
+        installer.text = text_renderer_new(desk.engine);
+        installer.scale = 1.0F;
+        installer.main_w = design_width;
+        installer.main_h = design_height;
+    }
+
+    // Ends with nothing left to paint and the bouncing bar going, whose steps count the ticks.
+    void SetUp() override {
+        ASSERT_TRUE(main_window_create());
+        main_window_open();
+        ASSERT_TRUE(support::wait_until([this] { return desk.view.viewable(window()); }));
+        ASSERT_TRUE(support::wait_until([] { return installer.ui_dirty == 0; }));
+        {
+            const std::lock_guard<std::mutex> lock(installer.screen_lock);
+            progress_bar_set_mode(installer.bar, progress_mode_bouncing);
+            progress_bar_set_hidden(installer.bar, false);
+        }
+        ASSERT_TRUE(ticks_pass());
+    }
+
+    ~MainTick() override {
+        desk.end_loop();
+        main_window_destroy();
+        text_renderer_destroy(installer.text);
+        installer.text = nullptr;
+        installer.engine = nullptr;
+    }
+
+    [[nodiscard]] support::XWindow window() const { return desk.x_window(installer.main_window); }
+
+    [[nodiscard]] support::Picture picture(const support::Place& part) const {
+        return support::take_picture(desk.view, window(), part);
+    }
+
+    // Several, so that what the first of them paints is on the screen after the last.
+    [[nodiscard]] static bool ticks_pass() {
+        int moves = 0;
+        std::int32_t last = block_position();
+        return support::wait_until([&] {
+            const std::int32_t now = block_position();
+            moves += now != last ? 1 : 0;
+            last = now;
+            return moves >= 5;
+        });
+    }
+
+    [[nodiscard]] static std::int32_t block_position() {
+        const std::lock_guard<std::mutex> lock(installer.screen_lock);
+        return installer.bar->block_position;
+    }
+
+    [[nodiscard]] static bool panel_is_dirty() {
+        const std::lock_guard<std::mutex> lock(installer.screen_lock);
+        return message_panel_get_dirty(installer.panel);
+    }
+
+    static void change_a_line() {
+        const std::lock_guard<std::mutex> lock(installer.screen_lock);
+        message_panel_set_line(installer.panel, 2, "Nobody has asked for this yet");
+        message_panel_set_dirty(installer.panel, true);
+    }
+};
+
+TEST_F(MainTick, AChangedWidgetIsPaintedOnlyOnceTheWindowIsAskedTo) {
+    const support::Picture before = picture(lines_place);
+    change_a_line();
+    ASSERT_TRUE(ticks_pass());
+    EXPECT_EQ(support::count_differences(picture(lines_place), before), 0);
+    EXPECT_TRUE(panel_is_dirty());
+
+    installer.ui_dirty = 1;
+    EXPECT_TRUE(support::wait_until(
+        [&] { return support::count_differences(picture(lines_place), before) > 0; }));
+    EXPECT_FALSE(panel_is_dirty());
+    EXPECT_EQ(installer.ui_dirty, 0);
+}
+
+TEST_F(MainTick, AnUnchangedWidgetIsNotPaintedWhenTheWindowIsAskedTo) {
+    const support::Picture before = picture(lines_place);
+    change_a_line();
+    {
+        const std::lock_guard<std::mutex> lock(installer.screen_lock);
+        message_panel_set_dirty(installer.panel, false);
+    }
+    installer.ui_dirty = 1;
+    ASSERT_TRUE(ticks_pass());
+    EXPECT_EQ(installer.ui_dirty, 0);
+    EXPECT_EQ(support::count_differences(picture(lines_place), before), 0);
+}
+
+TEST_F(MainTick, ABouncingBarMovesWithoutBeingAskedTo) {
+    const support::Picture before = picture(bar_place);
+    EXPECT_TRUE(support::wait_until(
+        [&] { return support::count_differences(picture(bar_place), before) > 0; }));
+    EXPECT_EQ(installer.ui_dirty, 0);
+    const std::lock_guard<std::mutex> lock(installer.screen_lock);
+    EXPECT_FALSE(progress_bar_get_dirty(installer.bar));
+}
+
+} // namespace
