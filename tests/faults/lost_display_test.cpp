@@ -62,16 +62,6 @@ TEST(LostServerAt, TheSplash) {
     expect_said_why(scenario);
 }
 
-TEST(LostServerAt, TheFirstMomentOfTheRun) {
-    Scenario scenario;
-    scenario.start();
-    scenario.wait_for("the first line", [&] { return !scenario.console().empty(); });
-    scenario.lose_screen();
-    EXPECT_TRUE(ended_clean(scenario.finish()));
-    EXPECT_NE(scenario.console().find("X server\n"), std::string::npos) << scenario.console();
-    EXPECT_TRUE(scenario.console().ends_with("\n" + info("Exiting") + "\n"));
-}
-
 TEST(LostServerAt, TheAnotherInstanceScreen) {
     Scenario scenario;
     support::write_file(lock_path, "somebody's");
