@@ -14,13 +14,11 @@ cmake --preset coverage > build/logs/build-coverage.log 2>&1 &&
     cmake --build --preset coverage -j "$(nproc)" >> build/logs/build-coverage.log 2>&1 ||
     { tail -n 30 build/logs/build-coverage.log; exit 1; }
 
-# The installer runs under throw-away accounts, which write here too. %m keeps programs apart and
-# adds up the runs of each, in up to eight files at a time.
+# The installer runs under throw-away accounts, which write here too, each process its own file.
 rm -rf "$profiles"
 mkdir -p "$profiles"
 chmod 777 "$profiles"
-umask 0
-LLVM_PROFILE_FILE=$profiles/%8m.profraw ctest --test-dir "$build" -j 8 --timeout 300 -LE fuzz \
+LLVM_PROFILE_FILE=$profiles/%m-%p.profraw ctest --test-dir "$build" -j 8 --timeout 300 -LE fuzz \
     > build/logs/test-coverage.log 2>&1 < /dev/null
 grep -E '\*\*\*|tests passed' build/logs/test-coverage.log
 
