@@ -101,6 +101,14 @@ testing::AssertionResult shows_background(const Picture& picture, bool dimmed) {
     return testing::AssertionSuccess();
 }
 
+void expect_installed(Scenario& scenario) {
+    EXPECT_TRUE(
+        line_reads(scenario.picture_of(scenario.main_window()), 2, "Installation Complete"));
+    scenario.press_ok();
+    EXPECT_TRUE(ended_clean(scenario.finish()));
+    EXPECT_EQ(plugin_in(scenario.account().home), plugin_of_archive());
+}
+
 testing::AssertionResult ended_clean(const support::ChildEnd& end) {
     if (end.exit_status != 0) {
         return testing::AssertionFailure() << "exit status " << end.exit_status.value_or(-1)

@@ -28,6 +28,10 @@ namespace end_to_end {
 [[nodiscard]] testing::AssertionResult shows_background(const support::Picture& picture,
                                                         bool dimmed);
 
+// That the last screen says "Installation Complete", and that OK then ends the run clean, with the
+// archive's plug-in in the account's home.
+void expect_installed(Scenario& scenario);
+
 // Status 0, and nothing of the installer's left in /tmp.
 [[nodiscard]] testing::AssertionResult ended_clean(const support::ChildEnd& end);
 

@@ -1,7 +1,6 @@
 // The installation with su: root's password, where sudo is missing or refuses the account.
 
 #include "end_to_end/expectations.h"
-#include "end_to_end/installed_file.h"
 
 namespace end_to_end {
 namespace {
@@ -14,11 +13,7 @@ void install_with_su(Scenario& scenario) {
     scenario.reach_folder_browser();
     scenario.accept_folder();
     scenario.reach_last_screen();
-    EXPECT_TRUE(
-        line_reads(scenario.picture_of(scenario.main_window()), 2, "Installation Complete"));
-    scenario.press_ok();
-    EXPECT_TRUE(ended_clean(scenario.finish()));
-    EXPECT_EQ(plugin_in(scenario.account().home), plugin_of_archive());
+    expect_installed(scenario);
     EXPECT_EQ(scenario.console(),
               console_text("su", {info("Password OK"), info("Unpacking Files - 001027C4 Bytes"),
                                   info("Installing to - " + scenario.account().home),

@@ -1,7 +1,6 @@
 // A screen at the end of a long line: everything comes late, or the line breaks while drawing.
 
 #include "end_to_end/expectations.h"
-#include "end_to_end/installed_file.h"
 #include "faults/surroundings.h"
 #include "support/wait_until.h"
 
@@ -22,11 +21,7 @@ TEST_P(DistantScreen, ServesAnInstallation) {
     scenario.give_password("not it");
     scenario.reach_wrong_password_screen();
     install_from_password_screen(scenario, user_password);
-    EXPECT_TRUE(
-        line_reads(scenario.picture_of(scenario.main_window()), 2, "Installation Complete"));
-    scenario.press_ok();
-    EXPECT_TRUE(ended_clean(scenario.finish()));
-    EXPECT_EQ(plugin_in(scenario.account().home), plugin_of_archive());
+    expect_installed(scenario);
     EXPECT_GT(scenario.line().bytes_sent(), 0U);
 }
 

@@ -33,11 +33,7 @@ void expect_unpack_failure(Scenario& scenario) {
 
 void expect_installation(Scenario& scenario) {
     install_from_password_screen(scenario, user_password);
-    EXPECT_TRUE(
-        line_reads(scenario.picture_of(scenario.main_window()), 2, "Installation Complete"));
-    scenario.press_ok();
-    EXPECT_TRUE(ended_clean(scenario.finish()));
-    EXPECT_EQ(plugin_in(scenario.account().home), plugin_of_archive());
+    expect_installed(scenario);
 }
 
 // The password screen where no lock file can come.

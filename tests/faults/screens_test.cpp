@@ -39,11 +39,7 @@ TEST_P(OddScreen, ServesAnInstallation) {
                        .screen = GetParam().options});
     scenario.reach_password_screen();
     install_from_password_screen(scenario, user_password);
-    EXPECT_TRUE(
-        line_reads(scenario.picture_of(scenario.main_window()), 2, "Installation Complete"));
-    scenario.press_ok();
-    EXPECT_TRUE(ended_clean(scenario.finish()));
-    EXPECT_EQ(plugin_in(scenario.account().home), plugin_of_archive());
+    expect_installed(scenario);
     EXPECT_NE(scenario.console().find(GetParam().dpi_line), std::string::npos)
         << scenario.console();
 }

@@ -126,6 +126,11 @@ TEST_F(StandInMatrix, SlowModules) {
             {"prompt after 2 s (su)", true, with(su_of_sudo_rs, {"wait=2000"}), 8000, 10000},
             {"prompt after 2 s, then echo off", true,
              with(su_of_sudo_rs, {"wait=2000", "hide=after"}), 8000, 10000},
+            // Switching echo off throws away what was typed too early.
+            {"echo off a second after the prompt (sudo)", false,
+             with(sudo_1_8, {"hide=after", "hide_ms=1000"}), 7000, 9000},
+            {"echo off a second after the prompt (su)", true,
+             with(su_of_sudo_rs, {"hide=after", "hide_ms=1000"}), 7000, 9000},
             {"fingerprint for 12 s, then password", false,
              with(sudo_1_8,
                   {"lecture=Place your right index finger on the reader\\r\\n", "wait=12000"}),

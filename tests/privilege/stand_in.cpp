@@ -6,7 +6,8 @@
 //   lecture=TEXT        said first, after lecture_ms milliseconds
 //   wait=MS             between lecture and prompt: a slow module
 //   prompt=TEXT         second_prompt=TEXT if it is another one the second time
-//   hide=before|after|never   echo is switched off before the prompt, after it, or not at all
+//   hide=before|after|never   echo is switched off before the prompt, after it, or not at all;
+//                       hide_ms=MS passes between a prompt and its hiding after it
 //   stars=1             asterisks for what is typed, and their removal
 //   newline=0           no line feed after the password
 //   judge=MS            how long the right or wrong password is thought about
@@ -102,6 +103,7 @@ bool ask(bool again) {
     }
     say(again && settings.contains("second_prompt") ? value("second_prompt") : value("prompt"));
     if (value("hide", "before") == "after") {
+        pause("hide_ms");
         set_echo(false);
     }
     const std::string line = read_line();
