@@ -1,4 +1,4 @@
-// Entering and leaving a private mount namespace, and changing what is in it.
+// Entering and leaving private namespaces, and changing what is in it.
 
 #include "support/worlds/private_world.h"
 
@@ -141,11 +141,13 @@ PrivateWorld::PrivateWorld(const WorldOptions& options) {
     std::vector<std::string> kept = options.keep_visible;
     kept.push_back(files::current_path());
     kept.push_back(files::read_symlink("/proc/self/exe").parent_path());
-    machine_namespace_ = open("/proc/self/ns/mnt", O_RDONLY | O_CLOEXEC);
+    machine_mounts_ = open("/proc/self/ns/mnt", O_RDONLY | O_CLOEXEC);
+    machine_network_ = open("/proc/self/ns/net", O_RDONLY | O_CLOEXEC);
     working_folder_ = open(".", O_PATH | O_DIRECTORY | O_CLOEXEC);
     const std::string working_folder = files::current_path();
-    if (machine_namespace_ < 0 || unshare(CLONE_NEWNS) != 0) {
-        fail("no private mount namespace");
+    // X servers also listen in the network's abstract names, which a private /tmp does not part.
+    if (machine_mounts_ < 0 || machine_network_ < 0 || unshare(CLONE_NEWNS | CLONE_NEWNET) != 0) {
+        fail("no private namespaces");
     }
     mount_or_fail("none", "/", nullptr, MS_REC | MS_PRIVATE);
     make_system_writable();
@@ -163,9 +165,10 @@ PrivateWorld::PrivateWorld(const WorldOptions& options) {
 PrivateWorld::~PrivateWorld() {
     // A namespace is not left while a thread shares this one's folders, and a tool that watches
     // threads may have started one of its own.
-    const bool left = unshare(CLONE_FS) == 0 && setns(machine_namespace_, CLONE_NEWNS) == 0 &&
-                      fchdir(working_folder_) == 0;
-    close(machine_namespace_);
+    const bool left = unshare(CLONE_FS) == 0 && setns(machine_mounts_, CLONE_NEWNS) == 0 &&
+                      setns(machine_network_, CLONE_NEWNET) == 0 && fchdir(working_folder_) == 0;
+    close(machine_mounts_);
+    close(machine_network_);
     close(working_folder_);
     if (!left) {
         // Going on would let the next test write where this one did.

@@ -1,7 +1,8 @@
 // A machine of a test's own: accounts, sudo rules, programs and temporary files that nobody else
 // sees and that are gone when the test is.
 //
-// Entering gives the calling process a private mount namespace, in which
+// Entering gives the calling process a network of its own, without any other machine in it (the
+// display numbers are its own, too), and a private mount namespace, in which
 //   /etc, /usr and /var   are the machine's, but everything written to them goes to memory,
 //   /tmp, /run and /home  are empty,
 //   sudo                  knows a plain set of rules (root and group sudo may do everything, in
@@ -37,7 +38,8 @@ public:
     PrivateWorld& operator=(const PrivateWorld&) = delete;
 
 private:
-    int machine_namespace_ = -1;
+    int machine_mounts_ = -1;
+    int machine_network_ = -1;
     int working_folder_ = -1;
 };
 
