@@ -29,9 +29,10 @@ if(ZEPH_SANITIZE)
   add_link_options(-fsanitize=${ZEPH_SANITIZE})
 endif()
 
-# The program's own code only: counting in tests would be of no use.
+# The counters live in the file all the time, for processes that are killed or become another program.
 if(ZEPH_COVERAGE)
-  target_compile_options(zeph_program_rules INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+  add_compile_options(-fprofile-instr-generate -fcoverage-mapping
+    "SHELL:-mllvm -runtime-counter-relocation")
   add_link_options(-fprofile-instr-generate)
 endif()
 
