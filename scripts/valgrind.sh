@@ -40,9 +40,9 @@ grep -E '\*\*\*|tests passed' build/logs/test-valgrind.log
 unknown_request='ioctl 0x5441|spurious value errors|README_MISSING_SYSCALL'
 found=0
 for report in "$reports"/*.log; do
-    if grep -qvE "$unknown_request" "$report"; then
+    if grep '^==' "$report" | grep -qvE "$unknown_request"; then
         echo "== $report"
-        grep -vE "$unknown_request" "$report" | head -n 40
+        grep '^==' "$report" | grep -vE "$unknown_request" | head -n 40
         found=1
     fi
 done

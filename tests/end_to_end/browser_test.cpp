@@ -103,7 +103,16 @@ TEST(FolderBrowser, IsRedrawnAfterAnotherWindowCoveredIt) {
     scenario.give_password(user_password);
     scenario.reach_folder_browser();
     scenario.person().move_pointer(1, 1);
-    const support::Picture before = scenario.picture_of(scenario.browser_window());
+    support::Picture before;
+    scenario.wait_for("the browser at rest", [&] {
+        before = scenario.picture_of(scenario.browser_window());
+        return support::holds_for(
+            [&] {
+                return count_differences(scenario.picture_of(scenario.browser_window()), before) ==
+                       0;
+            },
+            std::chrono::milliseconds(300));
+    });
     {
         // Another program's window on top, for a moment.
         support::ChildProcess cover(

@@ -60,11 +60,6 @@ void Person::click_at(int x, int y, int button) {
     click(button);
 }
 
-void Person::double_click_at(int x, int y) {
-    click_at(x, y);
-    click();
-}
-
 void Person::turn_wheel_up(int steps) {
     for (; steps > 0; --steps) {
         click(wheel_up_button);

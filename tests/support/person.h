@@ -35,8 +35,6 @@ public:
     void release_button(int button = left_button);
     void click(int button = left_button);
     void click_at(int x, int y, int button = left_button);
-    // Two clicks as fast as they go.
-    void double_click_at(int x, int y);
     void turn_wheel_up(int steps = 1);
     void turn_wheel_down(int steps = 1);
 

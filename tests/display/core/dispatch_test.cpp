@@ -15,6 +15,9 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <latch>
+#include <memory>
+#include <thread>
 
 namespace {
 
@@ -43,11 +46,19 @@ TEST_P(RealInput, APressAndAReleaseTellPlaceAndButton) {
 
 TEST_P(RealInput, TwoQuickClicksAreAPressAndADoubleClick) {
     point_at(10, 10);
-    person.click();
-    person.click();
-    ASSERT_TRUE(log.wait_for_count("release", 2));
-    EXPECT_EQ(log.lines_of("press"), std::vector{with_id("press 10 10 1 ")});
-    EXPECT_EQ(log.lines_of("double"), std::vector{with_id("double 10 10 1 ")});
+    // Again and again: a loaded machine may let more than 0.3 s pass between the two.
+    EXPECT_TRUE(support::wait_until([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(350));
+        log.clear();
+        person.click();
+        // No sooner: openbox now and then swallows a press that meets its handling of the one
+        // before.
+        const bool first = log.wait_for_count("release", 1);
+        person.click();
+        return first && log.wait_for_count("release", 2) &&
+               log.lines_of("press") == std::vector{with_id("press 10 10 1 ")} &&
+               log.lines_of("double") == std::vector{with_id("double 10 10 1 ")};
+    }));
 }
 
 TEST_P(RealInput, MotionIsToldOnlyWhileAButtonIsHeldUnlessAskedFor) {
@@ -214,6 +225,47 @@ TEST_F(Dispatch, AModifierAloneIsAKeyWithoutText) {
     settle();
     EXPECT_TRUE(log.has(with_id("key [] " + std::to_string(XK_Shift_L) + " 0 ")));
 }
+
+// With the server's keyboard extension Xlib follows changes by itself, without it only when told.
+class ChangingKeyboard : public testing::TestWithParam<bool> {
+protected:
+    static std::unique_ptr<EngineDesk> open_desk() {
+        if (!GetParam()) {
+            setenv("XKB_DISABLE", "1", 1);
+        }
+        auto opened = std::make_unique<EngineDesk>();
+        unsetenv("XKB_DISABLE");
+        return opened;
+    }
+    std::unique_ptr<EngineDesk> desk = open_desk();
+    CallLog& log = desk->new_log();
+    WindowId id = desk->show_window(&log, 100, 120);
+    support::Person person{desk->server.display_name()};
+};
+
+TEST_P(ChangingKeyboard, IsFollowedAlsoByABusyLoop) {
+    person.click_at(110, 130);
+    ASSERT_TRUE(log.wait_for_count("release", 1));
+    person.type("a");
+    ASSERT_TRUE(log.wait_for("key [a] 97 0 " + std::to_string(id)));
+    std::latch typed{1};
+    log.actions["press"] = [&] { typed.wait(); };
+    person.click(support::right_button);
+    ASSERT_TRUE(log.wait_for("press 10 10 3 " + std::to_string(id)));
+    person.type("\xc3\xa9\xce\xa9"); // neither is on the keyboard yet
+    typed.count_down();
+    ASSERT_TRUE(log.wait_for_count("release", 2));
+    desk->settle(id, &log);
+    std::string keys;
+    for (const std::string& line : log.lines_of("key [")) {
+        keys += line + '\n';
+    }
+    EXPECT_NE(keys.find("] " + std::to_string(0xe9) + " 0 "), std::string::npos) << keys;
+    EXPECT_NE(keys.find("] " + std::to_string(0x010003a9) + " 0 "), std::string::npos) << keys;
+}
+
+INSTANTIATE_TEST_SUITE_P(Extension, ChangingKeyboard, testing::Values(true, false),
+                         [](const auto& world) { return world.param ? "with" : "without"; });
 
 // Keys that the person's compose file gives texts of its own. Xlib reads it with the display.
 struct ComposedKeys : testing::Test {

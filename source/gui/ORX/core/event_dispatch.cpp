@@ -88,6 +88,8 @@ void dispatch_event(UiEngine* engine, XEvent* event) {
         return dispatch_selection(engine, event->xselection);
     case ClientMessage:
         return dispatch_client_message(engine, event->xclient);
+    case MappingNotify:
+        return dispatch_keyboard_change(engine, &event->xmapping);
     default:
         return;
     }

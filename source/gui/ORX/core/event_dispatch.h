@@ -12,6 +12,8 @@ void dispatch_event(UiEngine* engine, XEvent* event);
 // Delivers what the person does: keys, pointer buttons and motion (input_events.cpp).
 void dispatch_key_press(UiEngine* engine, XKeyEvent* event);
 void dispatch_key_release(UiEngine* engine, XKeyEvent* event);
+// The keyboard's symbols have changed, as they do when a program types for the person.
+void dispatch_keyboard_change(UiEngine* engine, XMappingEvent* event);
 void dispatch_button_press(UiEngine* engine, const XButtonEvent& event);
 void dispatch_button_release(UiEngine* engine, const XButtonEvent& event);
 void dispatch_motion(UiEngine* engine, const XMotionEvent& event);

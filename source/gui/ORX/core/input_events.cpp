@@ -66,6 +66,14 @@ void dispatch_key_release(UiEngine* engine, XKeyEvent* event) {
     }
 }
 
+void dispatch_keyboard_change(UiEngine* engine, XMappingEvent* event) {
+    const XLockGuard x_guard(engine);
+    if (engine_display(engine) != nullptr) {
+        const XErrorTrap trap(engine);
+        XRefreshKeyboardMapping(event);
+    }
+}
+
 void dispatch_button_press(UiEngine* engine, const XButtonEvent& event) {
     const MonotonicTime now = monotonic_now();
     const float since_last = elapsed_seconds(engine->last_press_time, now);
