@@ -1,6 +1,6 @@
 // embedded_payload.h: the bytes that the executable carries for the person.
 //
-// One stretch of initialised data, in this order: the table of the installer's pictures, the
+// One stretch of initialised data, in this order: the table of the installer's own pictures, the
 // plug-in archive (gzip'd tar), the desktop icon (PNG). The archive ends where the icon begins, the
 // icon ends at zeph_payload_end: [zeph_payload_archive, zeph_payload_icon) and
 // [zeph_payload_icon, zeph_payload_end). All of it is read-only and lives as long as the process.

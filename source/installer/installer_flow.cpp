@@ -3,6 +3,7 @@
 
 #include "gui/ORX/core/engine.h"
 #include "gui/ORX/imaging/ui_scale.h"
+#include "gui/ORX/widgets/widget_geometry.h"
 #include "installer/console_log.h"
 #include "installer/flow_timing.h"
 #include "installer/installer_state.h"
@@ -48,8 +49,8 @@ bool open_display() {
 
 void compute_sizes() {
     installer.scale = orx_ui_scale(installer.engine);
-    installer.splash_w = device_length(design_width, installer.scale);
-    installer.splash_h = device_length(design_height, installer.scale);
+    installer.splash_w = scale_rounded(design_width, installer.scale);
+    installer.splash_h = scale_rounded(design_height, installer.scale);
     installer.main_w = installer.splash_w;
     installer.main_h = installer.splash_h;
 }

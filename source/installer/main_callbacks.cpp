@@ -73,14 +73,17 @@ void on_button_release(std::int32_t /*x*/, std::int32_t /*y*/, std::int32_t butt
     }
 }
 
-// The text may be a password: no copy of it is left behind.
-void on_selection(unsigned char* data, WindowId /*id*/, void* /*user_data*/) {
+// The text may be a password: it is taken off the window, where any program could read it, and
+// wiped here. It may come late, when the field is no longer asked for.
+void on_selection(unsigned char* data, WindowId id, void* /*user_data*/) {
+    clipboard_forget_paste(installer.engine, id);
     if (data == nullptr) {
         return;
     }
     char* text = reinterpret_cast<char*>(data);
-    {
-        const std::lock_guard<std::mutex> lock(installer.screen_lock);
+    const std::lock_guard<std::mutex> lock(installer.screen_lock);
+    if (password_field_get_focused(installer.field) &&
+        !password_field_get_hidden(installer.field)) {
         password_field_set_text(installer.field, text);
         password_field_set_dirty(installer.field, true);
         installer.ui_dirty = 1;
@@ -139,6 +142,10 @@ bool on_tick(void* /*user_data*/) {
 
 void on_folder_chosen(const char* path, void* /*user_data*/) {
     installer.install_folder = strdup(path);
+    if (installer.install_folder == nullptr) {
+        installer.folder_cancelled = 1; // rather than into a folder that nobody chose
+        return;
+    }
     log_print("** INFO ** %s: Installing to - %s\n", installer.title, path);
     installer.folder_chosen = 1;
 }
@@ -155,7 +162,6 @@ void main_callbacks_register() {
     window_set_on_paint(engine, id, on_paint);
     window_set_on_button_press(engine, id, on_button_press);
     window_set_on_button_release(engine, id, on_button_release);
-    window_set_on_selection(engine, id, on_selection);
     window_set_on_close(engine, id, on_close);
     window_set_on_tick(engine, id, on_tick);
     folder_dialog_set_accept_callback(installer.browser, on_folder_chosen, nullptr);
@@ -164,4 +170,5 @@ void main_callbacks_register() {
 
 void main_callbacks_register_keys() {
     window_set_on_key_press(installer.engine, installer.main_window, on_key_press);
+    window_set_on_selection(installer.engine, installer.main_window, on_selection);
 }

@@ -4,5 +4,5 @@
 // Registers the callbacks of the main window, but for its keys, and those of the browser.
 void main_callbacks_register();
 
-// Registers the key callback.
+// Registers the callbacks for keys and for pasted text.
 void main_callbacks_register_keys();

@@ -9,6 +9,7 @@
 #include "gui/ORX/imaging/inline_image.h"
 #include "installer/console_log.h"
 #include "installer/embedded_artwork.h"
+#include "installer/embedded_payload.h"
 #include "installer/installer_state.h"
 #include "installer/main_callbacks.h"
 #include "installer/main_layout.h"
@@ -36,7 +37,7 @@ bool create_window() {
     const WindowId id = installer.main_window;
     window_set_size_hints(engine, width, height, width, height, 0, 0, 0, 0, id);
     window_set_class_hint(engine, id, "zeph-installer");
-    orx_window_set_icon(engine, inline_image_window_icon, id);
+    orx_window_set_icon(engine, zeph_payload_images[payload_window_icon], id);
     window_set_title(engine, id, installer.title);
     window_select_input(engine, id);
     return true;
@@ -122,7 +123,8 @@ bool create_widgets() {
     if (installer.browser != nullptr) {
         folder_dialog_init(installer.browser, engine, text);
     }
-    installer.background_pixbuf = orx_pixbuf_new_from_inline(engine, inline_image_background);
+    installer.background_pixbuf =
+        orx_pixbuf_new_from_inline(engine, zeph_payload_images[payload_background_picture]);
     return installer.panel != nullptr && installer.field != nullptr && installer.bar != nullptr &&
            installer.button != nullptr && installer.browser != nullptr &&
            installer.background_pixbuf != nullptr;

@@ -15,13 +15,13 @@
 // Fills the window with the authentication screen and puts it on the display.
 void main_window_open();
 
-// Lets keys reach the password field.
+// Lets keys and pasted text reach the password field.
 void main_window_accept_keys();
 
 // Replaces the panel's lines.
 void main_window_show_screen(const ScreenText& screen);
 
-// The password field: ready for typing; deaf while a password is being checked; emptied, ready and
+// The password field: ready for text; deaf while a password is being checked; emptied, ready and
 // below the message after a wrong one.
 void main_window_ask_for_password();
 void main_window_hold_password();

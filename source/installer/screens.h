@@ -7,7 +7,7 @@
 // How a line stands on the message panel.
 enum class LineMode : std::uint32_t { centred = 0, left_block = 1 };
 
-struct ScreenLine {
+struct ScreenLine {     // NOLINT(clang-analyzer-optin.performance.Padding)
     std::int32_t index; // 0 to 11
     const char* text;
     LineMode mode = LineMode::centred;

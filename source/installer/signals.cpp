@@ -34,8 +34,9 @@ void prepare(SignalMessage* message, const char* name) {
 
 void request_cancel(const SignalMessage& message) {
     const int saved_errno = errno;
-    installer.cancel_requested = 1;
+    // In this order, so that nobody speaks of the end before its reason.
     (void)!write(STDOUT_FILENO, message.text, message.length);
+    installer.cancel_requested = 1;
     errno = saved_errno;
 }
 

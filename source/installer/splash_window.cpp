@@ -7,7 +7,7 @@
 #include "gui/ORX/imaging/inline_image.h"
 #include "gui/ORX/imaging/pixbuf.h"
 #include "installer/console_log.h"
-#include "installer/embedded_artwork.h"
+#include "installer/embedded_payload.h"
 #include "installer/installer_state.h"
 #include "installer/window_picture.h"
 
@@ -56,7 +56,8 @@ bool create_window() {
 
 bool create_pictures() {
     UiEngine* engine = installer.engine;
-    installer.splash_pixbuf = orx_pixbuf_new_from_inline(engine, inline_image_splash);
+    installer.splash_pixbuf =
+        orx_pixbuf_new_from_inline(engine, zeph_payload_images[payload_splash_picture]);
     if (installer.splash_pixbuf == nullptr ||
         !window_picture_new(&installer.splash_picture, installer.splash_w, installer.splash_h)) {
         log_print("** ERROR ** %s: Unable to allocate memory for splash screen GUI objects\n",

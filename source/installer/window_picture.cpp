@@ -5,10 +5,6 @@
 #include "gui/ORX/imaging/pixbuf.h"
 #include "gui/ORX/imaging/scaler.h"
 
-std::int32_t device_length(std::int32_t design, float scale) {
-    return static_cast<std::int32_t>(static_cast<float>(design) * scale + 0.5F);
-}
-
 bool window_picture_new(WindowPicture* picture, std::int32_t device_width,
                         std::int32_t device_height) {
     picture->surface = orx_pixbuf_new(installer.engine, design_width, design_height);

@@ -9,9 +9,6 @@
 inline constexpr std::int32_t design_width = 600;
 inline constexpr std::int32_t design_height = 400;
 
-// design * scale, rounded: a length in device pixels.
-[[nodiscard]] std::int32_t device_length(std::int32_t design, float scale);
-
 // Makes the surface (design size) and the image (device size). false when either cannot be made;
 // what was made is freed by window_picture_free.
 [[nodiscard]] bool window_picture_new(WindowPicture* picture, std::int32_t device_width,

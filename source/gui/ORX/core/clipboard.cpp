@@ -22,8 +22,17 @@ void clipboard_request_paste(UiEngine* engine, WindowId id) {
     if (XGetSelectionOwner(display, clipboard) == 0) {
         return;
     }
-    // The answer of an earlier paste still stands there, and a refusal must not bring it back.
+    // The answer of an earlier paste may still stand there, and a refusal must not bring it back.
     XDeleteProperty(display, window, XA_PRIMARY);
     XConvertSelection(display, clipboard, XA_STRING, XA_PRIMARY, window, CurrentTime);
     XFlush(display);
+}
+
+void clipboard_forget_paste(UiEngine* engine, WindowId id) {
+    const XLockGuard x_guard(engine);
+    Display* display = window_display(engine, id);
+    if (display != nullptr) {
+        const XErrorTrap trap(engine);
+        XDeleteProperty(display, engine->windows[id].window, XA_PRIMARY);
+    }
 }

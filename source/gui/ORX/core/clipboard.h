@@ -9,3 +9,7 @@
 // answers, nothing comes. Takes x_lock, any thread. Does nothing for a free slot or a closed
 // display.
 void clipboard_request_paste(UiEngine* engine, WindowId id);
+
+// Takes the text of the last answer off the window. It stays there otherwise, for every client to
+// read, until the next request or the window's end. Takes x_lock, any thread.
+void clipboard_forget_paste(UiEngine* engine, WindowId id);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <clocale>
 #include <cmath>
+#include <new>
 
 namespace {
 
@@ -45,7 +46,10 @@ void set_up_locale() {
 UiEngine* engine_new() {
     // Before any other Xlib call: X libraries older than 1.8 do not do it by themselves.
     XInitThreads();
-    auto* engine = new UiEngine;
+    auto* engine = new (std::nothrow) UiEngine;
+    if (engine == nullptr) {
+        return nullptr;
+    }
     clear_live_order(engine);
     fill_tone_table(engine);
     engine->last_press_time = monotonic_now();

@@ -50,8 +50,8 @@ struct UiEngine { // NOLINT(clang-analyzer-optin.performance.Padding)
 // Error code of the last X error seen while errors were trapped. Written under x_lock.
 extern std::atomic<int> last_x_error;
 
-// Makes the engine, closed, and sets the locale from the environment. Never fails; what goes
-// wrong with the locale is printed. The caller owns the engine and gives it to engine_destroy.
+// Makes the engine, closed, and sets the locale from the environment. Null without memory; what
+// goes wrong with the locale is printed. The caller owns the engine and gives it to engine_destroy.
 [[nodiscard]] UiEngine* engine_new();
 
 // Closes the display, destroys the locks and frees the engine. The event loop must have ended or

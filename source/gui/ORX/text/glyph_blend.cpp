@@ -12,7 +12,7 @@ template <int columns> void blend_white_columns(const TextRenderer* text, const 
     const unsigned char* coverage = box.coverage;
     for (std::int64_t y = 0; y < box.rows; ++y) {
 #pragma GCC unroll 8
-        for (int x = 0; x < columns; ++x) {
+        for (std::int64_t x = 0; x < columns; ++x) {
             const std::uint8_t* outcome = text->white_over[coverage[x]];
             const std::uint8_t mixed[3] = {outcome[pixel[x * 4]], outcome[pixel[x * 4 + 1]],
                                            outcome[pixel[x * 4 + 2]]};

@@ -69,14 +69,15 @@ void paint_entries(const FolderDialog* dialog, Pixbuf* image, std::int32_t top,
     }
 }
 
-// Draws device rows top to bottom into the pixmap. Without memory they become black, like a list
-// without entries, rather than whatever the pixmap held.
-void draw_rows(const FolderDialog* dialog, std::int32_t top, std::int32_t bottom) {
+// Draws device rows top to bottom into the pixmap. Without memory for the list's own picture they
+// become black, like a list without entries, rather than whatever the pixmap held; false without
+// memory even for that.
+bool draw_rows(const FolderDialog* dialog, std::int32_t top, std::int32_t bottom) {
     UiEngine* engine = dialog->engine;
     const std::int32_t width = dialog->list_device_width;
     ImageSurface* surface = orx_image_new(engine, width, bottom - top);
     if (surface == nullptr) {
-        return;
+        return false;
     }
     std::size_t bytes = 0;
     Pixbuf image = reserve_list_image(folder_list_height(dialog->visible_count), &bytes);
@@ -90,6 +91,7 @@ void draw_rows(const FolderDialog* dialog, std::int32_t top, std::int32_t bottom
     }
     orx_pixmap_put(engine, dialog->list_pixmap, surface, 0, 0, 0, top, width, bottom - top);
     orx_image_free(engine, surface);
+    return true;
 }
 
 } // namespace
@@ -126,15 +128,16 @@ void folder_list_image_draw(FolderDialog* dialog, std::int32_t first, std::int32
     while (dialog->list_pixmap != 0 && band * folder_list_band_height < bottom) {
         const std::int32_t run_start = band;
         while (band * folder_list_band_height < bottom && !dialog->list_band_drawn[band]) {
-            dialog->list_band_drawn[band] = true;
             ++band;
         }
-        if (band > run_start) {
+        if (band == run_start) {
+            ++band;
+            continue;
+        }
+        const bool drawn =
             draw_rows(dialog, run_start * folder_list_band_height,
                       std::min(band * folder_list_band_height, dialog->list_device_height));
-        } else {
-            ++band;
-        }
+        std::fill(dialog->list_band_drawn + run_start, dialog->list_band_drawn + band, drawn);
     }
 }
 

@@ -55,7 +55,7 @@ void scroll_bar_drag(ScrollBar* bar, std::int32_t dy);
 void scroll_bar_clamp(ScrollBar* bar);
 void scroll_bar_end_drag(ScrollBar* bar);
 
-// The rectangle must lie inside the image, and so must a thumb of 16 rows.
+// The rectangle must lie inside the image. Rows of a thumb that is longer than it are left out.
 void scroll_bar_paint_background(const ScrollBar* bar, Pixbuf* image);
 void scroll_bar_paint(const ScrollBar* bar, Pixbuf* image);
 
