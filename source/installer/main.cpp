@@ -1,6 +1,7 @@
 // main.cpp: the process from its titles to its farewell.
 #include "gui/ORX/core/engine.h"
 #include "gui/ORX/core/event_loop.h"
+#include "gui/ORX/core/input_method.h"
 #include "gui/ORX/text/text_renderer.h"
 #include "installer/console_log.h"
 #include "installer/installer_flow.h"
@@ -67,8 +68,10 @@ void choose_auth_method() {
     }
 }
 
-// A display that goes away ends the installation as a cancel does.
+// A display that goes away ends the installation as a cancel does; an input method that goes, or
+// was not to be had, leaves the keyboard.
 bool watch_display() {
+    engine_use_keyboard_alone(installer.engine);
     if (!engine_connection_lost(installer.engine)) {
         return true;
     }

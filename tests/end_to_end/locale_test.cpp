@@ -33,5 +33,14 @@ TEST(Locale, ThatDoesNotExistIsNoHindrance) {
     EXPECT_NE(scenario.console().find("** ORX-UI Engine: cannot set locale\n"), std::string::npos);
 }
 
+TEST(Locale, AMissingInputMethodLeavesTheKeyboard) {
+    Scenario scenario({.environment = {"LC_ALL=C", "XMODIFIERS=@im=nowhere", "ORXDPI=96"}});
+    scenario.reach_password_screen();
+    scenario.give_password(user_password);
+    scenario.reach_unpacking();
+    EXPECT_NE(scenario.console().find("** ORX-UI Engine: Could not open Input Method (XIM)\n"),
+              std::string::npos);
+}
+
 } // namespace
 } // namespace end_to_end

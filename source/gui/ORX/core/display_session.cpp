@@ -3,38 +3,11 @@
 #include "gui/ORX/core/console_line.h"
 #include "gui/ORX/core/engine.h"
 #include "gui/ORX/core/engine_locks.h"
+#include "gui/ORX/core/input_method.h"
 #include "gui/ORX/core/window_records.h"
 #include "gui/ORX/core/x_error_trap.h"
 
 namespace {
-
-// Xlib frees the input method and every context of it when the server of the input method ends.
-// It finds out inside some Xlib call, so x_lock is held here.
-void forget_input_method(XIM, XPointer engine_pointer, XPointer) {
-    auto* engine = reinterpret_cast<UiEngine*>(engine_pointer);
-    engine->input_method = nullptr;
-    for (WindowSlot& slot : engine->windows) {
-        slot.input_context = nullptr;
-    }
-}
-
-void open_input_method(UiEngine* engine) {
-    engine->input_method = XOpenIM(engine->display, nullptr, nullptr, nullptr);
-    if (engine->input_method == nullptr) {
-        print_line("** ORX-UI Engine: Could not open Input Method (XIM)");
-        return;
-    }
-    XIMCallback ended{reinterpret_cast<XPointer>(engine), forget_input_method};
-    XSetIMValues(engine->input_method, XNDestroyCallback, &ended, nullptr);
-}
-
-void close_input_method(UiEngine* engine) {
-    if (engine->input_method != nullptr) {
-        print_line("ORX-UI Engine: Closing Input Method (XIM)");
-        XCloseIM(engine->input_method);
-    }
-    engine->input_method = nullptr;
-}
 
 void close_connection(UiEngine* engine) {
     trap_x_errors(engine);

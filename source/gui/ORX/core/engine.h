@@ -40,6 +40,7 @@ struct UiEngine { // NOLINT(clang-analyzer-optin.performance.Padding)
     XErrorHandler saved_error_handler = nullptr;
     char key_text[17]; // text of the key press being dispatched: up to 16 bytes, zero-terminated
     XIM input_method = nullptr;
+    bool keyboard_alone = false; // the person's input method has been given up
     double last_pointer_x; // unset until pointer_set_origin
     double last_pointer_y;
     std::atomic<float> ui_scale{0.0F};        // 0 = not yet computed
@@ -61,7 +62,7 @@ void engine_destroy(UiEngine* engine);
 // Opens the display that the environment names, and the input method. true when the display is
 // open, also when it already was; false when it cannot be opened or its connection was lost and it
 // has not been closed since. Without an input method a line says so, windows get no input context
-// and their on_key_press is not called. Takes x_lock, any thread.
+// and their on_key_press is not called; see engine_use_keyboard_alone. Takes x_lock, any thread.
 [[nodiscard]] bool engine_open_display(UiEngine* engine);
 
 // Stops the event loop, waits for it, closes the input method and the display. Windows that are

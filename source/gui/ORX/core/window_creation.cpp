@@ -1,6 +1,7 @@
 // window_creation.cpp: the four ways of making a window.
 #include "gui/ORX/core/engine.h"
 #include "gui/ORX/core/engine_locks.h"
+#include "gui/ORX/core/input_method.h"
 #include "gui/ORX/core/window_properties_locked.h"
 #include "gui/ORX/core/window_records.h"
 #include "gui/ORX/core/window_table.h"
@@ -42,15 +43,6 @@ NewWindow describe(WindowKind kind, std::int32_t x, std::int32_t y, std::int32_t
             scale, user_data, {}};
 }
 
-XIC make_input_context(UiEngine* engine, Window window) {
-    if (engine->input_method == nullptr) {
-        return nullptr;
-    }
-    return XCreateIC(engine->input_method, XNInputStyle,
-                     static_cast<XIMStyle>(XIMPreeditNothing | XIMStatusNothing), XNClientWindow,
-                     window, XNFocusWindow, window, nullptr);
-}
-
 // What every creation does with its new X window. table_lock and x_lock held, errors trapped.
 WindowId register_window(UiEngine* engine, XErrorTrap* trap, Window window,
                          const NewWindow& described) {
@@ -62,8 +54,10 @@ WindowId register_window(UiEngine* engine, XErrorTrap* trap, Window window,
     XSetWMProtocols(display, window, &delete_atom, 1);
     XIC context = make_input_context(engine, window);
     if (trap->finish() != 0 || engine->connection_lost) {
-        if (context != nullptr && !engine->connection_lost) {
-            XDestroyIC(context);
+        if (!engine->connection_lost) {
+            const XErrorTrap undoing(engine);
+            destroy_input_context(engine, &context);
+            XDestroyWindow(display, window);
         }
         return no_window;
     }

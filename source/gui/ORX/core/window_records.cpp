@@ -3,6 +3,7 @@
 
 #include "gui/ORX/core/engine.h"
 #include "gui/ORX/core/engine_locks.h"
+#include "gui/ORX/core/input_method.h"
 #include "gui/ORX/core/window_table.h"
 
 #include <algorithm>
@@ -80,8 +81,8 @@ void free_window_resources(UiEngine* engine, WindowSlot* slot) {
         XFreePixmap(display, slot->pixmap);
     }
     slot->pixmap = 0;
-    if (display != nullptr && slot->input_context != nullptr) {
-        XDestroyIC(slot->input_context);
+    if (display != nullptr) {
+        destroy_input_context(engine, &slot->input_context);
     }
     slot->input_context = nullptr;
 }

@@ -1,8 +1,8 @@
 // window_slot.h: the record of one window in the engine's table.
 //
 // The record is written under table_lock and x_lock together and may be read under either; damage,
-// input_context and pixmap go by x_lock alone. The atomic fields may be read without a lock; the callbacks
-// and aux_pointer may be written without one, too.
+// input_context and pixmap go by x_lock alone. The atomic fields may be read without a lock; the
+// callbacks and aux_pointer may be written without one, too.
 #pragma once
 
 #include "gui/ORX/core/damage_list.h"
