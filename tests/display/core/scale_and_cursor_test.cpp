@@ -8,9 +8,11 @@
 #include "gui/ORX/imaging/ui_scale.h"
 #include "support/person.h"
 
+#include <X11/cursorfont.h>
 #include <X11/extensions/Xfixes.h>
 
 #include <cstdlib>
+#include <vector>
 
 namespace {
 
@@ -123,6 +125,15 @@ TEST(ScreenDpi, LeavesItsOutputsWithoutADisplay) {
     EXPECT_EQ(horizontal, 6);
 }
 
+// What is seen of the cursor.
+struct CursorLook {
+    int hot_x = 0;
+    int hot_y = 0;
+    int width = 0;
+    std::vector<unsigned long> pixels;
+    friend bool operator==(const CursorLook&, const CursorLook&) = default;
+};
+
 struct BusyCursor : testing::Test {
     CallLog log;
     EngineDesk desk;
@@ -130,30 +141,50 @@ struct BusyCursor : testing::Test {
     support::Person person{desk.server.display_name()};
     Display* eyes = XOpenDisplay(desk.server.display_name().c_str());
 
+    void SetUp() override {
+        int event_base = 0;
+        int error_base = 0;
+        ASSERT_TRUE(XFixesQueryExtension(eyes, &event_base, &error_base));
+        person.move_pointer(100, 100);
+    }
     ~BusyCursor() override { XCloseDisplay(eyes); }
 
-    unsigned long cursor_serial() const {
+    CursorLook cursor() const {
         XFixesCursorImage* image = XFixesGetCursorImage(eyes);
-        const unsigned long serial = image->cursor_serial;
+        const CursorLook look{image->xhot,
+                              image->yhot,
+                              image->width,
+                              {image->pixels, image->pixels + image->width * image->height}};
         XFree(image);
-        return serial;
+        return look;
+    }
+    // The cursor font's watch, as it looks over a window of another client.
+    CursorLook watch() {
+        const Window window =
+            XCreateSimpleWindow(eyes, DefaultRootWindow(eyes), 400, 300, 50, 50, 0, 0, 0);
+        XDefineCursor(eyes, window, XCreateFontCursor(eyes, XC_watch));
+        XMapWindow(eyes, window);
+        XSync(eyes, False);
+        person.move_pointer(425, 325);
+        const CursorLook look = cursor();
+        XDestroyWindow(eyes, window);
+        person.move_pointer(100, 100);
+        return look;
     }
 };
 
-TEST_F(BusyCursor, IsShownOverTheWindowAndTakenAway) {
-    int event_base = 0;
-    int error_base = 0;
-    ASSERT_TRUE(XFixesQueryExtension(eyes, &event_base, &error_base));
-    person.move_pointer(100, 100);
-    const unsigned long usual = cursor_serial();
+TEST_F(BusyCursor, IsTheWatchOverTheWindowAndIsTakenAway) {
+    const CursorLook watch_look = watch();
+    const CursorLook usual = cursor();
+    ASSERT_NE(usual.pixels, watch_look.pixels);
     orx_window_set_busy_cursor(desk.engine, id, true);
-    EXPECT_TRUE(support::wait_until([&] { return cursor_serial() != usual; }));
-    const Cursor cursor = desk.engine->busy_cursor;
-    EXPECT_NE(cursor, 0U);
+    EXPECT_TRUE(support::wait_until([&] { return cursor() == watch_look; }));
+    const Cursor made = desk.engine->busy_cursor;
+    EXPECT_NE(made, 0U);
     orx_window_set_busy_cursor(desk.engine, id, false);
-    EXPECT_TRUE(support::wait_until([&] { return cursor_serial() == usual; }));
+    EXPECT_TRUE(support::wait_until([&] { return cursor() == usual; }));
     orx_window_set_busy_cursor(desk.engine, id, true);
-    EXPECT_EQ(desk.engine->busy_cursor, cursor);
+    EXPECT_EQ(desk.engine->busy_cursor, made);
 }
 
 TEST_F(BusyCursor, IsNotMadeForAFreeSlotOrAClosedDisplay) {
