@@ -118,8 +118,12 @@ TEST_F(ClipboardTest, TheMiddleButtonPastesThroughTheWindowsOwnCallback) {
 
 TEST_F(ClipboardTest, AFreeSlotAsksForNothing) {
     const ClipboardOwner owner(display(), OwnerManners::text, "never");
+    const support::XWindow focus = desk.view.input_focus();
+    testing::internal::CaptureStdout();
     clipboard_request_paste(desk.engine, 200);
     desk.settle(id, &log);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), ""); // where a trapped error would stand
+    EXPECT_EQ(desk.view.input_focus(), focus);
     EXPECT_EQ(owner.requests(), 0);
 }
 
