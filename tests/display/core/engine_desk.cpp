@@ -193,10 +193,11 @@ void Sender::destroy() const {
     send(*this, event);
 }
 
-void Sender::selection() const {
+void Sender::selection(std::uint32_t property) const {
     xcb_selection_notify_event_t event{};
     event.response_type = XCB_SELECTION_NOTIFY;
     event.requestor = window;
+    event.property = property;
     send(*this, event);
 }
 

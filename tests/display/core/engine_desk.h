@@ -69,7 +69,7 @@ struct Sender {
     void create(int width, int height) const;
     void reparent(int x, int y) const;
     void destroy() const;
-    void selection() const;
+    void selection(std::uint32_t property = 0) const;
     void message(int format, std::uint32_t first) const;
     void close() const;
     // Any event type with any bytes in the other fields, the window's id in the field at offset.
