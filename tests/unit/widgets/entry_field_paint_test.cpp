@@ -111,6 +111,48 @@ TEST_F(PasswordFieldPaint, AFieldWithoutSizeInTheCornerStaysOnTheImage) {
     EXPECT_EQ(actual.at(199, 39), (Pixel{10, 20, 30}));
 }
 
+TEST_F(PasswordFieldPaint, WithoutWidthTheCaretStandsLeftOfTheBorderLines) {
+    password_field_set_w(&field, 0);
+    for (const char* content : {"", "p"}) {
+        password_field_set_text(&field, content);
+        Canvas image{200, 40};
+        password_field_paint_background(&field, image.image());
+        password_field_paint(&field, image.image());
+        Canvas should{200, 40};
+        if (*content == '\0') {
+            draw_text(font.text(), should.image(), " Enter Password", 23, 23, 104, 104, 104, 1024);
+        }
+        should.column(23, 13, 23, caret);
+        should.column(24, 13, 23, caret);
+        should.border(25, 10, 0, 16, border);
+        EXPECT_EQ(difference(image, should), "") << content;
+    }
+}
+
+TEST_F(PasswordFieldPaint, WithoutHeightTheCaretCrossesTheBorderLines) {
+    password_field_set_y(&field, 20);
+    password_field_set_h(&field, 0);
+    for (const char* content : {"", "pp"}) {
+        password_field_set_text(&field, content);
+        Canvas image{200, 40};
+        password_field_paint_background(&field, image.image());
+        password_field_paint(&field, image.image());
+        Canvas should{200, 40};
+        int caret_x = 28;
+        if (*content == '\0') {
+            draw_text(font.text(), should.image(), " Enter Password", 28, 25, 104, 104, 104, 1024);
+        } else {
+            caret_x += 2 * star();
+            draw_text_clipped(font.text(), should.image(), "**", 28, 25, 20, 20, 25, 175, 255, 255,
+                              255, 1024);
+        }
+        should.column(caret_x, 15, 25, caret);
+        should.column(caret_x + 1, 15, 25, caret);
+        should.border(25, 20, 150, 0, border);
+        EXPECT_EQ(difference(image, should), "") << content;
+    }
+}
+
 TEST_F(PasswordFieldPaint, IsHitFromEdgeToEdge) {
     password_field_set_scale(&field, 2.0F);
     EXPECT_TRUE(password_field_hit(&field, 50, 20));

@@ -251,6 +251,22 @@ TEST_F(ProgressBarTest, AFlatBarDrawsNoRows) {
     }
 }
 
+TEST_F(ProgressBarTest, WithoutWidthThereAreOnlyBorderLines) {
+    progress_bar_set_width(&bar, 0);
+    for (const std::uint32_t style : {0U, 1U}) {
+        for (const float fraction : {0.5F, 1.0F}) {
+            Canvas image{600, 80};
+            progress_bar_set_style(&bar, style);
+            progress_bar_set_fraction(&bar, fraction);
+            progress_bar_paint_background(&bar, image.image());
+            progress_bar_paint(&bar, image.image());
+            Canvas should{600, 80};
+            should.border(25, 40, 0, 16, grey);
+            EXPECT_EQ(difference(image, should), "") << style << ", " << fraction;
+        }
+    }
+}
+
 TEST_F(ProgressBarTest, IsHitFromEdgeToEdge) {
     progress_bar_set_scale(&bar, 1.5F);
     EXPECT_TRUE(progress_bar_hit(&bar, 37, 60));
