@@ -9,6 +9,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
+#include <cstring>
 #include <string>
 
 namespace {
@@ -28,6 +30,11 @@ void fill(const TestFolder& folder) {
     folder.add_file("file");
 }
 
+// A second press within 0.3 s would be a double click.
+void pause() {
+    (void)support::holds_for([] { return true; }, std::chrono::milliseconds(350));
+}
+
 class BrowserInput : public testing::TestWithParam<World> {
 protected:
     BrowserInput() {
@@ -35,11 +42,6 @@ protected:
         desk.open();
         expect_folder(desk, folder.path());
     }
-    // A second press within 0.3 s would be a double click.
-    static void pause() {
-        (void)support::holds_for([] { return true; }, std::chrono::milliseconds(350));
-    }
-
     TestFolder folder;
     BrowserDesk desk{folder.path(),
                      {.scale = GetParam().scale, .window_manager = GetParam().window_manager}};
@@ -162,6 +164,25 @@ protected:
         desk.open();
         expect_folder(desk, folder.path());
     }
+    // Selects both inner folders, as nothing that a person does here can, and has them seen.
+    void show_selected() {
+        {
+            const std::lock_guard<std::mutex> lock(desk.dialog->mutex);
+            desk.dialog->entries[2].selected = 1;
+            desk.dialog->entries[3].selected = 1;
+            std::fill(std::begin(desk.dialog->list_band_drawn),
+                      std::end(desk.dialog->list_band_drawn), false);
+        }
+        desk.person.turn_wheel_down(); // has the list drawn again; there is nothing to scroll
+        auto rows = rows_of(folder.path());
+        rows[2].selected = rows[3].selected = true;
+        desk.point_at(320, 300);
+        desk.person.turn_wheel_down();
+        desk.point_at(18 + 34, 82 + 4 * 16 + 8);
+        desk.person.click(); // on the file: the view is shown again
+        expect_look(desk, {.path = folder.path(), .rows = rows});
+    }
+
     TestFolder folder;
     BrowserDesk desk{folder.path()};
 };
@@ -178,35 +199,40 @@ TEST_F(BrowserPointer, OtherButtonsEnterNothing) {
                                    std::chrono::milliseconds(100)));
 }
 
+TEST_F(BrowserPointer, ASelectedFolderIsDrawnOrange) {
+    show_selected();
+}
+
 TEST_F(BrowserPointer, EmptySpaceTakesAwayASelection) {
-    {
-        const std::lock_guard<std::mutex> lock(desk.dialog->mutex);
-        desk.dialog->entries[2].selected = 1;
-    }
+    show_selected();
+    pause();
     desk.click(18 + 34, 82 + 200);
-    EXPECT_TRUE(support::wait_until([this] {
-        const std::lock_guard<std::mutex> lock(desk.dialog->mutex);
-        return desk.dialog->entries[2].selected == 0;
-    }));
     expect_folder(desk, folder.path());
 }
 
-TEST_F(BrowserPointer, ASelectedFolderIsDrawnOrange) {
+TEST_F(BrowserPointer, ADoubleClickGivesAPathThatIsAlreadyChosen) {
+    const std::string chosen = folder.path_of("inner 10");
     {
         const std::lock_guard<std::mutex> lock(desk.dialog->mutex);
-        desk.dialog->entries[2].selected = 1;
-        desk.dialog->entries[3].selected = 1;
-        std::fill(std::begin(desk.dialog->list_band_drawn), std::end(desk.dialog->list_band_drawn),
-                  false);
+        desk.dialog->chosen_path = strdup(chosen.c_str());
     }
-    desk.person.turn_wheel_down(); // has the list drawn again; there is nothing to scroll
-    auto rows = rows_of(folder.path());
-    rows[2].selected = rows[3].selected = true;
-    desk.point_at(320, 300);
-    desk.person.turn_wheel_down();
-    desk.point_at(18 + 34, 82 + 4 * 16 + 8);
-    desk.person.click(); // on the file: the view is shown again
-    expect_look(desk, {.path = folder.path(), .rows = rows});
+    pause(); // the clock of double clicks starts with the engine
+    desk.click(18 + 34, 82 + 200);
+    EXPECT_TRUE(support::holds_for([this] { return desk.accepted_count() == 0; },
+                                   std::chrono::milliseconds(350)));
+    // Again and again: a loaded machine may let more than 0.3 s pass between the two.
+    ASSERT_TRUE(support::wait_until([this] {
+        pause();
+        desk.person.click();
+        desk.person.click();
+        return support::wait_until([this] { return desk.accepted_count() > 0; },
+                                   std::chrono::milliseconds(500));
+    }));
+    EXPECT_EQ(desk.accepted_path(), chosen);
+    EXPECT_TRUE(desk.view.wait_until_gone(desk.window()));
+    EXPECT_FALSE(folder_dialog_is_open(desk.dialog.get()));
+    EXPECT_EQ(desk.accepted_count(), 1);
+    EXPECT_EQ(desk.cancelled_count(), 0);
 }
 
 TEST_F(BrowserPointer, AFolderThatCannotBeEnteredLeavesWhatIsShownTrue) {
@@ -231,17 +257,17 @@ TEST_F(BrowserPointer, ADeletedFolderIsNotGivenAsAnAnswer) {
     desk.click_row(3);
     expect_folder(desk, folder.path_of("inner 10"));
     ASSERT_EQ(rmdir(folder.path_of("inner 10").c_str()), 0);
-    (void)support::holds_for([] { return true; }, std::chrono::milliseconds(350));
+    pause();
     desk.click(40, 376);
     expect_look(desk, {.path = "(this folder is no longer there)",
                        .rows = {{".", true}, {"..", true}}, // as listed while it was there
                        .ok_refused = true});
     EXPECT_EQ(desk.accepted_count(), 0);
     EXPECT_TRUE(folder_dialog_is_open(desk.dialog.get()));
-    (void)support::holds_for([] { return true; }, std::chrono::milliseconds(350));
+    pause();
     desk.click_row(1); // ".." leads out of what is gone
     expect_look(desk, {.path = folder.path(), .rows = rows_of(folder.path()), .ok_refused = true});
-    (void)support::holds_for([] { return true; }, std::chrono::milliseconds(350));
+    pause();
     desk.click(120, 376);
     ASSERT_TRUE(desk.wait_for_cancel());
 }
@@ -253,6 +279,27 @@ TEST_F(BrowserPointer, ClosingFromTheProgramCallsNobody) {
     EXPECT_EQ(desk.accepted_count() + desk.cancelled_count(), 0);
     desk.open();
     expect_folder(desk, folder.path());
+}
+
+TEST(BrowserCallbacks, ShareTheUserThatWasGivenLast) {
+    const TestFolder folder;
+    BrowserDesk desk(folder.path());
+    std::atomic<int> earlier{0};
+    std::atomic<int> later{0};
+    const auto count = [](const char*, void* user) { ++*static_cast<std::atomic<int>*>(user); };
+    folder_dialog_set_accept_callback(desk.dialog.get(), count, &earlier);
+    folder_dialog_set_cancel_callback(desk.dialog.get(), count, &later);
+    desk.open();
+    desk.click(40, 376);
+    EXPECT_TRUE(support::wait_until([&] { return earlier + later > 0; }));
+    EXPECT_EQ(later, 1);
+    ASSERT_TRUE(desk.view.wait_until_gone(desk.window()));
+    folder_dialog_set_cancel_callback(desk.dialog.get(), count, &earlier);
+    folder_dialog_set_accept_callback(desk.dialog.get(), count, &later);
+    desk.open();
+    desk.view.ask_to_close(desk.window());
+    EXPECT_TRUE(support::wait_until([&] { return earlier + later > 1; }));
+    EXPECT_EQ(later, 2);
 }
 
 TEST_F(BrowserPointer, OpeningTwiceIsOpeningOnce) {
