@@ -134,7 +134,16 @@ struct CursorLook {
     friend bool operator==(const CursorLook&, const CursorLook&) = default;
 };
 
+// Cursors of one picture: a theme's watch may move.
+struct PlainCursors {
+    PlainCursors() { setenv("XCURSOR_CORE", "1", 1); }
+    ~PlainCursors() { unsetenv("XCURSOR_CORE"); }
+    PlainCursors(const PlainCursors&) = delete;
+    PlainCursors& operator=(const PlainCursors&) = delete;
+};
+
 struct BusyCursor : testing::Test {
+    PlainCursors plain_cursors;
     CallLog log;
     EngineDesk desk;
     WindowId id = desk.show_window(&log);
