@@ -8,18 +8,56 @@
 
 #include <unistd.h>
 
+#include <atomic>
 #include <csignal>
+#include <ctime>
 #include <thread>
+
+namespace {
+
+// How much longer than asked for a sleep of this program takes, as on a machine with slow timers.
+std::atomic<unsigned> slowness{1};
+
+} // namespace
+
+// Takes the place of the library's.
+extern "C" int usleep(useconds_t microseconds) {
+    const long long all = 1000LL * microseconds * slowness;
+    const timespec rest{static_cast<time_t>(all / 1'000'000'000), all % 1'000'000'000};
+    return nanosleep(&rest, nullptr);
+}
 
 namespace {
 
 class FlowTiming : public testing::Test {
 protected:
-    void TearDown() override { installer.cancel_requested = 0; }
+    void TearDown() override {
+        installer.cancel_requested = 0;
+        slowness = 1;
+    }
 };
 
 TEST_F(FlowTiming, ATickIsAtLeastAMillisecond) {
     EXPECT_GE(measure_tick(), 1);
+}
+
+// Nothing about the measurement is certain when it took a second or more, of which it ignores whole
+// ones.
+TEST_F(FlowTiming, ATickIsAsLongAsASleepTakesHere) {
+    constexpr int sleeps = 50;
+    for (const unsigned milliseconds : {2U, 5U}) {
+        slowness = milliseconds;
+        int tick = 0;
+        float time = 1.0F;
+        for (int attempt = 0; attempt < 20 && time >= 1.0F; ++attempt) {
+            const MonotonicTime start = monotonic_now();
+            tick = measure_tick();
+            time = elapsed_seconds(start, monotonic_now());
+        }
+        ASSERT_LT(time, 1.0F);
+        EXPECT_GE(tick, static_cast<int>(milliseconds));
+        EXPECT_LE(static_cast<float>(tick), 1000.0F * time / sleeps);
+    }
 }
 
 TEST_F(FlowTiming, ACancelEndsAWait) {
