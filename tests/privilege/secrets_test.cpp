@@ -161,10 +161,13 @@ TEST_F(Secrets, ExactlyOnePasswordIsTyped) {
                             "#!/bin/bash\n[ \"$1\" = -k ] && exit 0\n"
                             "stty -echo -icanon min 1\nprintf password\n"
                             "timeout --foreground 3 cat > /tmp/typed\nstty sane\necho\nexit 0\n");
-    const RunnerOutcome outcome =
-        call({"sudo_check_password", "", password, {"sudo=/opt/scribe"}, {}});
-    EXPECT_EQ(outcome.result, 1) << outcome.text;
-    EXPECT_EQ(text_of("/tmp/typed"), password + std::string("\0\n", 2));
+    for (const std::string method : {"sudo", "su"}) {
+        const RunnerOutcome outcome =
+            call({method + "_check_password", "", password, {method + "=/opt/scribe"}, {}});
+        EXPECT_EQ(outcome.result, 1) << outcome.text;
+        EXPECT_EQ(text_of("/tmp/typed"), password + std::string("\0\n", 2)) << method;
+        files::remove("/tmp/typed");
+    }
 }
 
 } // namespace
