@@ -1,55 +1,22 @@
 // What the main window paints on its tick, and what it leaves for later.
 
-#include "display/core/engine_desk.h"
-
-#include "gui/ORX/text/text_renderer.h"
-#include "installer/installer_state.h"
-#include "installer/main_window.h"
-#include "installer/window_picture.h"
-#include "support/picture.h"
+#include "display/installer/shown_main_window.h"
 
 namespace {
 
 constexpr support::Place lines_place{0, 0, 600, 350};
 constexpr support::Place bar_place{25, 360, 550, 16};
 
-struct MainTick : testing::Test {
-    EngineDesk desk;
-
-    MainTick() {
-        installer.engine = desk.engine;
-        installer.text = text_renderer_new(desk.engine);
-        installer.scale = 1.0F;
-        installer.main_w = design_width;
-        installer.main_h = design_height;
-    }
-
-    // Ends with nothing left to paint and the bouncing bar going, whose steps count the ticks.
+struct MainTick : ShownMainWindow {
+    // Ends with the bouncing bar going, whose steps count the ticks.
     void SetUp() override {
-        ASSERT_TRUE(main_window_create());
-        main_window_open();
-        ASSERT_TRUE(support::wait_until([this] { return desk.view.viewable(window()); }));
-        ASSERT_TRUE(support::wait_until([] { return installer.ui_dirty == 0; }));
+        ASSERT_NO_FATAL_FAILURE(ShownMainWindow::SetUp());
         {
             const std::lock_guard<std::mutex> lock(installer.screen_lock);
             progress_bar_set_mode(installer.bar, progress_mode_bouncing);
             progress_bar_set_hidden(installer.bar, false);
         }
         ASSERT_TRUE(ticks_pass());
-    }
-
-    ~MainTick() override {
-        desk.end_loop();
-        main_window_destroy();
-        text_renderer_destroy(installer.text);
-        installer.text = nullptr;
-        installer.engine = nullptr;
-    }
-
-    [[nodiscard]] support::XWindow window() const { return desk.x_window(installer.main_window); }
-
-    [[nodiscard]] support::Picture picture(const support::Place& part) const {
-        return support::take_picture(desk.view, window(), part);
     }
 
     // Several, so that what the first of them paints is on the screen after the last.

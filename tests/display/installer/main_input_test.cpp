@@ -1,0 +1,158 @@
+// What keys and buttons do in the main window, and what they leave alone.
+
+#include "display/installer/shown_main_window.h"
+
+#include "display/core/clipboard_owner.h"
+#include "gui/ORX/core/window_table.h"
+#include "support/person.h"
+
+#include <X11/keysym.h>
+
+#include <atomic>
+
+namespace {
+
+std::atomic<long> last_message{0};
+
+void on_message(long data, void* /*user_data*/, unsigned long /*window*/) {
+    last_message = data;
+}
+
+constexpr int ok_x = 300;
+constexpr int ok_y = 366;
+constexpr int field_x = 300;
+constexpr int field_y = 368;
+constexpr int beside_x = 100; // of the field and the button
+
+struct MainInput : ShownMainWindow {
+    void SetUp() override {
+        installer.finish_requested = 0;
+        installer.password_submitted = 0;
+        ASSERT_NO_FATAL_FAILURE(ShownMainWindow::SetUp());
+        main_window_accept_keys();
+        window_set_on_client_message(desk.engine, installer.main_window, on_message);
+    }
+
+    [[nodiscard]] events::Sender hand() const { return {desk.view, window()}; }
+
+    void click(int x, int y, int button) const {
+        hand().press(x, y, button);
+        hand().release(x, y, button);
+    }
+
+    // Waits until everything that was pressed so far has been dealt with.
+    [[nodiscard]] bool settle() const {
+        const long mark = last_message + 1;
+        hand().message(32, static_cast<std::uint32_t>(mark));
+        return support::wait_until([mark] { return last_message == mark; });
+    }
+
+    [[nodiscard]] static std::string field_text() {
+        const std::lock_guard<std::mutex> lock(installer.screen_lock);
+        return password_field_get_text(installer.field);
+    }
+
+    [[nodiscard]] static bool button_is_held() {
+        const std::lock_guard<std::mutex> lock(installer.screen_lock);
+        return push_button_get_highlighted(installer.button);
+    }
+
+    // The keyboard is over the window.
+    [[nodiscard]] std::unique_ptr<support::Person> person() const {
+        auto person = std::make_unique<support::Person>(desk.server.display_name());
+        const support::Place place = desk.view.place_on_root(window());
+        person->move_pointer(place.x + beside_x, place.y + ok_y);
+        return person;
+    }
+};
+
+TEST_F(MainInput, ReturnGivesThePasswordWhileThereIsNoButton) {
+    const auto person = this->person();
+    person->type("ab");
+    person->press_return();
+    EXPECT_TRUE(support::wait_until([] { return installer.password_submitted != 0; }));
+    EXPECT_EQ(field_text(), "ab");
+    EXPECT_EQ(installer.finish_requested, 0);
+}
+
+TEST_F(MainInput, OnlyReturnLeavesALastScreen) {
+    main_window_offer_ok();
+    const auto person = this->person();
+    person->type("o ");
+    for (const unsigned long key : {XK_Escape, XK_Tab, XK_BackSpace, XK_KP_Enter}) {
+        person->press_key(key);
+    }
+    ASSERT_TRUE(settle());
+    EXPECT_EQ(installer.finish_requested, 0);
+    EXPECT_EQ(field_text(), "");
+
+    person->press_return();
+    EXPECT_TRUE(support::wait_until([] { return installer.finish_requested != 0; }));
+    EXPECT_EQ(installer.password_submitted, 0);
+}
+
+TEST_F(MainInput, OnlyTheMiddleButtonInTheFieldAsksForAPaste) {
+    const ClipboardOwner owner(desk.server.display_name(), OwnerManners::text, "pasted");
+    click(beside_x, field_y, support::middle_button);
+    click(field_x, field_y - 20, support::middle_button);
+    click(field_x, field_y, support::left_button);
+    click(field_x, field_y, support::right_button);
+    ASSERT_TRUE(settle());
+    EXPECT_TRUE(
+        support::holds_for([&] { return owner.requests() == 0; }, std::chrono::milliseconds{300}));
+    EXPECT_EQ(field_text(), "");
+
+    click(field_x, field_y, support::middle_button);
+    EXPECT_TRUE(support::wait_until([] { return field_text() == "pasted"; }));
+    EXPECT_EQ(owner.requests(), 1);
+}
+
+TEST_F(MainInput, TheLeftButtonOnOkEndsTheRunWhereverItIsLetGo) {
+    main_window_offer_ok();
+    hand().press(ok_x, ok_y, support::left_button);
+    ASSERT_TRUE(settle());
+    EXPECT_TRUE(button_is_held());
+    EXPECT_EQ(installer.finish_requested, 0);
+
+    hand().release(beside_x, ok_y, support::left_button);
+    ASSERT_TRUE(settle());
+    EXPECT_FALSE(button_is_held());
+    EXPECT_EQ(installer.finish_requested, 1);
+}
+
+TEST_F(MainInput, NoOtherButtonOnOkEndsTheRun) {
+    main_window_offer_ok();
+    for (const int button : {support::middle_button, support::right_button}) {
+        hand().press(ok_x, ok_y, button);
+        ASSERT_TRUE(settle());
+        EXPECT_FALSE(button_is_held());
+        hand().release(ok_x, ok_y, button);
+        ASSERT_TRUE(settle());
+        EXPECT_EQ(installer.finish_requested, 0);
+    }
+}
+
+TEST_F(MainInput, TheLeftButtonBesideOkDoesNotEndTheRun) {
+    main_window_offer_ok();
+    hand().press(beside_x, ok_y, support::left_button);
+    ASSERT_TRUE(settle());
+    EXPECT_FALSE(button_is_held());
+    hand().release(ok_x, ok_y, support::left_button);
+    ASSERT_TRUE(settle());
+    EXPECT_EQ(installer.finish_requested, 0);
+}
+
+TEST_F(MainInput, OkStaysHeldWhenAnotherButtonIsLetGo) {
+    main_window_offer_ok();
+    hand().press(ok_x, ok_y, support::left_button);
+    click(ok_x, ok_y, support::middle_button);
+    click(ok_x, ok_y, support::right_button);
+    ASSERT_TRUE(settle());
+    EXPECT_TRUE(button_is_held());
+    EXPECT_EQ(installer.finish_requested, 0);
+
+    hand().release(ok_x, ok_y, support::left_button);
+    EXPECT_TRUE(support::wait_until([] { return installer.finish_requested != 0; }));
+}
+
+} // namespace
