@@ -23,6 +23,7 @@ namespace {
 constexpr const char* bundle_name = "lantern-tilt.lv2";
 constexpr const char* product_folder = ZEPH_SOURCE "/products/lantern-tilt";
 constexpr const char* applications_entry = "/usr/share/applications/lantern-tilt.desktop";
+constexpr const char* installed_icon = "/usr/share/icons/lantern-tilt.png";
 constexpr const char* presets_folder = "/usr/share/lantern-tilt-presets";
 constexpr const char* entry_text = "[Desktop Entry]\n"
                                    "Encoding=UTF-8\n"
@@ -65,7 +66,12 @@ void expect_desktop_entry(const Scenario& scenario) {
     EXPECT_EQ(bytes_of(applications_entry), entry_text);
     EXPECT_EQ(bytes_of(on_desktop), entry_text);
     EXPECT_EQ(status_of(on_desktop).st_mode & 07777U, 0777U);
-    EXPECT_EQ(bytes_of("/usr/share/icons/lantern-tilt.png"),
+    // What everybody shares everybody can read, and only root can change.
+    for (const char* shared : {applications_entry, installed_icon}) {
+        EXPECT_EQ(status_of(shared).st_mode & 07777U, 0644U) << shared;
+        EXPECT_EQ(status_of(shared).st_uid, 0U) << shared;
+    }
+    EXPECT_EQ(bytes_of(installed_icon),
               bytes_of(std::string(product_folder) + "/artwork/desktop_icon.png"));
     support::ChildProcess validator({.command = {"desktop-file-validate", applications_entry}});
     const auto end = validator.wait_for_end();
