@@ -3,6 +3,8 @@
 #include "end_to_end/expectations.h"
 
 #include "end_to_end/installed_file.h"
+#include "gui/ORX/imaging/pixbuf.h"
+#include "gui/ORX/text/text_draw.h"
 #include "gui/ORX/text/text_measure.h"
 
 #include <algorithm>
@@ -12,11 +14,13 @@ namespace end_to_end {
 
 using support::Colour;
 using support::Picture;
+using support::Place;
 
 namespace {
 
 constexpr int picture_width = 600;
 constexpr int picture_height = 336;
+constexpr int window_height = 400;
 constexpr int baseline_of_line_0 = 24;
 constexpr int line_step = 16;
 constexpr int ink = 120;
@@ -29,6 +33,28 @@ int width_of(const std::string& text) {
     const int width = text_width(renderer, text.c_str());
     text_renderer_destroy(renderer);
     return width;
+}
+
+// The green of a white text on the bar, whose colours have about the same green.
+std::vector<int> greens_of_caption(const std::string& text, const Place& part, int left,
+                                   int baseline) {
+    constexpr int bar_green = 52;
+    constexpr int white = 255;
+    constexpr int glyph_limit = 1024;
+    Pixbuf* image = orx_pixbuf_new(nullptr, picture_width, window_height);
+    orx_pixbuf_fill(nullptr, image, bar_green, bar_green, bar_green, white);
+    TextRenderer* renderer = text_renderer_new(nullptr);
+    draw_text(renderer, image, text.c_str(), left, baseline, white, white, white, glyph_limit);
+    text_renderer_destroy(renderer);
+    std::vector<int> greens;
+    for (int y = part.y; y < part.y + part.height; ++y) {
+        for (int x = part.x; x < part.x + part.width; ++x) {
+            greens.push_back(image->pixels[static_cast<std::size_t>(y) * image->rowstride +
+                                           static_cast<std::size_t>(x) * 4 + 1]);
+        }
+    }
+    orx_pixbuf_free(nullptr, image);
+    return greens;
 }
 
 bool is_ink(Colour colour) {
@@ -74,6 +100,30 @@ testing::AssertionResult line_reads(const Picture& picture, int line, const std:
     return testing::AssertionFailure()
            << "line " << line << " reaches from " << first << " to " << last << ", \"" << text
            << "\" from " << left << " to " << left + width - 1;
+}
+
+testing::AssertionResult caption_reads(const Picture& picture, const std::string& text) {
+    constexpr Place bar{25, 360, 550, 16};
+    constexpr int tolerance = 16;
+    // All of it, so that no longer caption passes for this one.
+    constexpr Place inside{bar.x + 4, bar.y + 2, bar.width - 8, bar.height - 4};
+    const int left = bar.x + (bar.width - width_of(text)) / 2 + 3;
+    const std::vector<int> greens =
+        greens_of_caption(text, inside, left, bar.y + bar.height / 2 + 5);
+    if (picture.height < window_height) {
+        return testing::AssertionFailure() << "there is no window";
+    }
+    auto wanted = greens.begin();
+    for (int y = inside.y; y < inside.y + inside.height; ++y) {
+        for (int x = inside.x; x < inside.x + inside.width; ++x, ++wanted) {
+            if (std::abs(picture.at(x, y).green - *wanted) > tolerance) {
+                return testing::AssertionFailure()
+                       << "the green of pixel " << x << "," << y << " is " << picture.at(x, y).green
+                       << ", in \"" << text << "\" " << *wanted;
+            }
+        }
+    }
+    return testing::AssertionSuccess();
 }
 
 testing::AssertionResult shows_background(const Picture& picture, bool dimmed) {

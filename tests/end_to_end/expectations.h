@@ -24,6 +24,10 @@ namespace end_to_end {
 [[nodiscard]] testing::AssertionResult line_reads(const support::Picture& picture, int line,
                                                   const std::string& text);
 
+// That the progress bar's caption is that text, to the pixel, whatever the bar shows below it.
+[[nodiscard]] testing::AssertionResult caption_reads(const support::Picture& picture,
+                                                     const std::string& text);
+
 // That the pixels beside the text are the main picture's own, or half as bright.
 [[nodiscard]] testing::AssertionResult shows_background(const support::Picture& picture,
                                                         bool dimmed);

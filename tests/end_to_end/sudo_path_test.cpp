@@ -76,6 +76,23 @@ TEST_P(SudoPath, InstallsIntoAFolderFoundByBrowsing) {
     EXPECT_EQ(scenario.installer().error_output(), "");
 }
 
+TEST(ProgressBar, NamesEachStep) {
+    Scenario scenario;
+    const auto names = [&](const char* step) {
+        scenario.wait_for(std::string("the bar's ") + step, [&] {
+            return caption_reads(scenario.picture_of(scenario.main_window()), step);
+        });
+    };
+    scenario.reach_password_screen();
+    scenario.give_password(user_password);
+    names("Unpacking Files");
+    scenario.reach_folder_browser();
+    scenario.accept_folder();
+    names("Copying Files");
+    names("Removing Temporary Files");
+    scenario.reach_last_screen();
+}
+
 TEST(LastScreen, ReturnDoesWhatTheButtonDoes) {
     Scenario scenario;
     scenario.reach_password_screen();
