@@ -103,7 +103,7 @@ TEST_F(HostileStart, AChildThatIsDeafToTheHangUpIsNotWaitedForForEver) {
         const RunnerOutcome outcome =
             call(method + "_check_password", "", {method + "=" + path}, "shut barley");
         EXPECT_EQ(outcome.result, 0);
-        EXPECT_LT(outcome.time_ms, 8000);
+        EXPECT_LT(outcome.time_ms, 20'000);
         EXPECT_EQ(outcome.children, "none");
     }
 }

@@ -107,6 +107,43 @@ TEST_F(MainInput, OnlyTheMiddleButtonInTheFieldAsksForAPaste) {
     EXPECT_EQ(owner.requests(), 1);
 }
 
+TEST_F(MainInput, APastedTextIsTakenOffTheWindow) {
+    const ClipboardOwner owner(desk.server.display_name(), OwnerManners::text, "pasted");
+    click(field_x, field_y, support::middle_button);
+    EXPECT_TRUE(support::wait_until([] { return field_text() == "pasted"; }));
+    EXPECT_TRUE(support::wait_until([&] { return !desk.view.property(window(), "PRIMARY"); }));
+}
+
+TEST_F(MainInput, NoTextIsPastedWhereNoneIsAskedFor) {
+    const ClipboardOwner owner(desk.server.display_name(), OwnerManners::text, "pasted");
+    main_window_hold_password();
+    click(field_x, field_y, support::middle_button);
+    ASSERT_TRUE(support::wait_until([&] { return owner.requests() == 1; }));
+    EXPECT_TRUE(
+        support::holds_for([] { return field_text().empty(); }, std::chrono::milliseconds{300}));
+
+    main_window_refuse_password();
+    main_window_start_installing();
+    click(field_x, field_y, support::middle_button);
+    ASSERT_TRUE(support::wait_until([&] { return owner.requests() == 2; }));
+    EXPECT_TRUE(
+        support::holds_for([] { return field_text().empty(); }, std::chrono::milliseconds{300}));
+}
+
+TEST_F(ShownMainWindow, TakesNoTextBeforeItAsksForOne) {
+    const ClipboardOwner owner(desk.server.display_name(), OwnerManners::text, "pasted");
+    const support::Picture before = picture({0, 300, design_width, 100});
+    const events::Sender hand{desk.view, window()};
+    hand.press(field_x, field_y, support::middle_button);
+    hand.release(field_x, field_y, support::middle_button);
+    ASSERT_TRUE(support::wait_until([&] { return owner.requests() == 1; }));
+    EXPECT_TRUE(support::holds_for(
+        [&] {
+            return count_differences(picture({0, 300, design_width, 100}), before) == 0;
+        },
+        std::chrono::milliseconds{300}));
+}
+
 TEST_F(MainInput, TheLeftButtonOnOkEndsTheRunWhereverItIsLetGo) {
     main_window_offer_ok();
     hand().press(ok_x, ok_y, support::left_button);
