@@ -41,7 +41,7 @@ struct UiEngine { // NOLINT(clang-analyzer-optin.performance.Padding)
     char key_text[17]; // text of the key press being dispatched: up to 16 bytes, zero-terminated
     XIM input_method = nullptr;
     bool keyboard_alone = false; // the person's input method has been given up
-    double last_pointer_x; // unset until pointer_set_origin
+    double last_pointer_x;       // unset until pointer_set_origin
     double last_pointer_y;
     std::atomic<float> ui_scale{0.0F};        // 0 = not yet computed
     Cursor busy_cursor = 0;                   // the watch cursor, made on first use
