@@ -79,8 +79,8 @@ TEST_F(MainInput, OnlyReturnLeavesALastScreen) {
     main_window_offer_ok();
     const auto person = this->person();
     person->type("o ");
-    for (const unsigned long key : {XK_Escape, XK_Tab, XK_BackSpace, XK_KP_Enter}) {
-        person->press_key(key);
+    for (const int key : {XK_Escape, XK_Tab, XK_BackSpace, XK_KP_Enter}) {
+        person->press_key(static_cast<unsigned long>(key));
     }
     ASSERT_TRUE(settle());
     EXPECT_EQ(installer.finish_requested, 0);
