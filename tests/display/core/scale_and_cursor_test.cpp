@@ -7,6 +7,7 @@
 #include "gui/ORX/imaging/busy_cursor.h"
 #include "gui/ORX/imaging/ui_scale.h"
 #include "support/person.h"
+#include "support/plain_cursors.h"
 
 #include <X11/cursorfont.h>
 #include <X11/extensions/Xfixes.h>
@@ -134,16 +135,8 @@ struct CursorLook {
     friend bool operator==(const CursorLook&, const CursorLook&) = default;
 };
 
-// Cursors of one picture: a theme's watch may move.
-struct PlainCursors {
-    PlainCursors() { setenv("XCURSOR_CORE", "1", 1); }
-    ~PlainCursors() { unsetenv("XCURSOR_CORE"); }
-    PlainCursors(const PlainCursors&) = delete;
-    PlainCursors& operator=(const PlainCursors&) = delete;
-};
-
 struct BusyCursor : testing::Test {
-    PlainCursors plain_cursors;
+    support::PlainCursors plain_cursors;
     CallLog log;
     EngineDesk desk;
     WindowId id = desk.show_window(&log);

@@ -4,6 +4,7 @@
 
 #include "display/widgets/browser_desk.h"
 #include "display/widgets/browser_picture.h"
+#include "support/plain_cursors.h"
 #include "support/wait_until.h"
 
 #include <dirent.h>
@@ -56,14 +57,6 @@ extern "C" int closedir(DIR* folder) {
 namespace {
 
 using Serials = std::vector<unsigned long>;
-
-// Cursors of one picture: a theme's watch may move, and count as another cursor with each picture.
-struct PlainCursors {
-    PlainCursors() { setenv("XCURSOR_CORE", "1", 1); }
-    ~PlainCursors() { unsetenv("XCURSOR_CORE"); }
-    PlainCursors(const PlainCursors&) = delete;
-    PlainCursors& operator=(const PlainCursors&) = delete;
-};
 
 // Sees every change of the cursor under the pointer, however short, on a connection of its own.
 class CursorEyes {
@@ -131,7 +124,7 @@ protected:
         EXPECT_EQ(eyes.shown(), usual);
     }
 
-    PlainCursors plain_cursors;
+    support::PlainCursors plain_cursors;
     TestFolder folder;
     BrowserDesk desk{folder.path()};
     CursorEyes eyes{desk.server.display_name()};

@@ -24,6 +24,6 @@ void close_input_method(UiEngine* engine);
 // A context for that window; null without an input method. Errors trapped.
 [[nodiscard]] XIC make_input_context(UiEngine* engine, Window window);
 
-// Errors trapped. Contexts end with their input method, and with that of the caller's the caller
-// has to forget them: slots do by themselves. Null is ignored.
+// Ends a context and sets it to null; one that has ended with its input method is only forgotten.
+// Errors trapped.
 void destroy_input_context(UiEngine* engine, XIC* context);

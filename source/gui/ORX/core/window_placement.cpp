@@ -41,6 +41,7 @@ bool pointer_position(Display* display, Position* pointer) {
 }
 
 int scaled(float length, float scale) {
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings): as windows are made, at half a pixel too
     return static_cast<int>(static_cast<double>(length * scale) + 0.5);
 }
 

@@ -12,15 +12,16 @@ using TapRow = std::array<std::int32_t, 4>;
 
 consteval std::array<TapRow, 256> make_scaler_weights() {
     std::array<TapRow, 256> table{};
-    for (std::int64_t p = 0; p < 256; ++p) {
+    constexpr std::int64_t n = 256; // phases
+    for (std::int64_t p = 0; p < n; ++p) {
         // 2 * 256^2 times each weight, so that all of it is integer arithmetic.
         const std::int64_t p2 = p * p;
         const std::int64_t p3 = p2 * p;
         const std::int64_t numerators[4] = {
-            -p3 + 2 * 256 * p2 - 65536 * p,
-            3 * p3 - 5 * 256 * p2 + 2 * 16777216,
-            -3 * p3 + 4 * 256 * p2 + 65536 * p,
-            p3 - 256 * p2,
+            -p3 + 2 * n * p2 - n * n * p,
+            3 * p3 - 5 * n * p2 + 2 * n * n * n,
+            -3 * p3 + 4 * n * p2 + n * n * p,
+            p3 - n * p2,
         };
         TapRow& row = table[static_cast<std::size_t>(p)];
         std::int32_t missing = 256;
