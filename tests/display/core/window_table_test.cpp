@@ -194,6 +194,8 @@ TEST_F(WindowTable, DestroyingAllLeavesTheOrderAsItIs) {
     EXPECT_TRUE(window_table_empty(engine));
     EXPECT_EQ(order(3), (Ids{0, 1, -1}));
     EXPECT_FALSE(desk.view.exists(window));
+    EXPECT_EQ(make(), 0); // the lowest free slot, behind what has stayed in the order
+    EXPECT_EQ(order(4), (Ids{0, 1, 0, -1}));
 }
 
 TEST_F(WindowTable, AnswersQuestionsAboutWindows) {

@@ -15,6 +15,7 @@ namespace {
 
 constexpr Pixel violet{255, 47, 255};
 constexpr Pixel grey{56, 56, 56};
+constexpr std::uint32_t columns_style = 0; // any that is not horizontal
 
 class ProgressBarTest : public testing::Test {
 protected:
@@ -239,6 +240,83 @@ TEST_F(ProgressBarTest, KeepsACaptionOfAnyLengthTerminated) {
     EXPECT_STREQ(bar.caption, "");
 }
 
+TEST_F(ProgressBarTest, DefaultColoursAreGreyOnBlackUnderWhite) {
+    ProgressBar fresh{};
+    progress_bar_init(&fresh, nullptr, font.text());
+    progress_bar_set_width(&fresh, 40);
+    progress_bar_set_h(&fresh, 16);
+    progress_bar_set_style(&fresh, columns_style);
+    progress_bar_set_fraction(&fresh, 1.0F);
+    fresh.x = 25;
+    fresh.y = 40;
+    progress_bar_paint_background(&fresh, actual.image());
+    progress_bar_paint(&fresh, actual.image());
+    expected.fill(26, 41, 39, 15, {0, 0, 0});
+    for (int i = 0; i < 40; ++i) {
+        expected.column(25 + i, 43, 53, {127, 127, 127}, ((i * 256 / 40) * 127 >> 8) + 64);
+    }
+    expected.border(25, 40, 40, 16, {127, 127, 127});
+    EXPECT_EQ(difference(actual, expected), "");
+    EXPECT_EQ(fresh.bar.r, 127); // a blend of less than 255 does not tell it from its neighbours
+}
+
+// Lines run from the lesser end to the greater: where one ends before it begins, it reaches out.
+TEST_F(ProgressBarTest, ANarrowBarIsFilledAsItsStepsSay) {
+    for (const int w : {1, 2, 3, 4, 5}) {
+        for (const float fraction : {0.0F, 0.5F, 1.0F}) {
+            progress_bar_set_width(&bar, w);
+            progress_bar_set_h(&bar, 23);
+            progress_bar_set_fraction(&bar, fraction);
+            Canvas image{600, 80};
+            progress_bar_paint(&bar, image.image());
+            Canvas should{600, 80};
+            expect_rows(should, 27, 27 + static_cast<int>(static_cast<float>(w - 4) * fraction), 40,
+                        23);
+            should.border(25, 40, w, 23, grey);
+            EXPECT_EQ(difference(image, should), "") << w << ", " << fraction;
+        }
+    }
+}
+
+TEST_F(ProgressBarTest, ColumnsOfALowBarReachOutOfIt) {
+    for (const int h : {1, 2, 5}) {
+        progress_bar_set_h(&bar, h);
+        progress_bar_set_width(&bar, 3);
+        progress_bar_set_style(&bar, columns_style);
+        progress_bar_set_fraction(&bar, 1.0F);
+        Canvas image{600, 80};
+        progress_bar_paint(&bar, image.image());
+        Canvas should{600, 80};
+        for (int i = 0; i < 3; ++i) {
+            should.column(25 + i, 43, 40 + h - 3, violet, ((i * 256 / 3) * 127 >> 8) + 64);
+        }
+        should.border(25, 40, 3, h, grey);
+        EXPECT_EQ(difference(image, should), "") << h;
+    }
+}
+
+TEST_F(ProgressBarTest, ABlockThatBeginsLeftOfTheImageShowsWhatIsOnIt) {
+    for (const std::uint32_t style : {columns_style, progress_style_horizontal}) {
+        progress_bar_set_x(&bar, 0);
+        progress_bar_set_width(&bar, 5);
+        progress_bar_set_mode(&bar, progress_mode_bouncing);
+        progress_bar_set_style(&bar, style);
+        ASSERT_EQ(bar.block_position, -6);
+        Canvas image{600, 80};
+        progress_bar_paint(&bar, image.image());
+        Canvas should{600, 80};
+        if (style == progress_style_horizontal) {
+            expect_rows(should, 0, 10);
+        } else {
+            for (int x = 0; x <= 9; ++x) {
+                should.column(x, 43, 53, violet);
+            }
+        }
+        should.border(0, 40, 5, 16, grey);
+        EXPECT_EQ(difference(image, should), "") << style;
+    }
+}
+
 TEST_F(ProgressBarTest, AFlatBarDrawsNoRows) {
     for (const int h : {0, 1, 5}) {
         progress_bar_set_h(&bar, h);
@@ -263,6 +341,23 @@ TEST_F(ProgressBarTest, WithoutWidthThereAreOnlyBorderLines) {
             Canvas should{600, 80};
             should.border(25, 40, 0, 16, grey);
             EXPECT_EQ(difference(image, should), "") << style << ", " << fraction;
+        }
+    }
+}
+
+TEST_F(ProgressBarTest, WithoutHeightThereAreOnlyBorderLines) {
+    progress_bar_set_h(&bar, 0);
+    for (const std::uint32_t mode : {progress_mode_fraction, progress_mode_bouncing}) {
+        for (const std::uint32_t style : {columns_style, progress_style_horizontal}) {
+            Canvas image{600, 80};
+            progress_bar_set_mode(&bar, mode);
+            progress_bar_set_style(&bar, style);
+            progress_bar_set_fraction(&bar, 1.0F);
+            progress_bar_paint_background(&bar, image.image());
+            progress_bar_paint(&bar, image.image());
+            Canvas should{600, 80};
+            should.border(25, 40, 550, 0, grey);
+            EXPECT_EQ(difference(image, should), "") << mode << ", " << style;
         }
     }
 }

@@ -111,6 +111,19 @@ TEST_F(PushButtonTest, WithoutWidthOrHeightThereAreOnlyBorderLines) {
     }
 }
 
+// Lines run from the lesser end to the greater: a face of one row reaches into the lower border.
+TEST_F(PushButtonTest, OneToThreePixelsWideOrHighItHasAFace) {
+    for (const auto& [w, h] : {std::pair{1, 1}, std::pair{64, 1}, std::pair{1, 20}, std::pair{2, 2},
+                               std::pair{64, 2}, std::pair{3, 3}}) {
+        Canvas image{120, 80};
+        Canvas face{120, 80};
+        place(20, 30, w, h);
+        push_button_paint(&button, image.image());
+        expect_face(face, 20, 30, w, h, grey);
+        EXPECT_EQ(difference(image, face), "") << w << " x " << h;
+    }
+}
+
 TEST_F(PushButtonTest, AnEmptyButtonInTheCornerStaysOnTheImage) {
     place(0, 0, 0, 0);
     push_button_paint_background(&button, actual.image());
@@ -203,6 +216,8 @@ TEST_F(PushButtonTest, IsHitFromEdgeToEdge) {
 }
 
 TEST_F(PushButtonTest, StateBytesAreKept) {
+    EXPECT_FALSE(push_button_get_dirty(&button) || push_button_get_pressed(&button) ||
+                 push_button_get_highlighted(&button) || push_button_get_hidden(&button));
     push_button_set_dirty(&button, true);
     push_button_set_pressed(&button, true);
     push_button_set_highlighted(&button, true);
@@ -210,7 +225,9 @@ TEST_F(PushButtonTest, StateBytesAreKept) {
     EXPECT_TRUE(push_button_get_dirty(&button) && push_button_get_pressed(&button) &&
                 push_button_get_highlighted(&button) && push_button_get_hidden(&button));
     push_button_set_pressed(&button, false);
+    push_button_set_dirty(&button, false);
     EXPECT_FALSE(push_button_get_pressed(&button));
+    EXPECT_FALSE(push_button_get_dirty(&button));
     EXPECT_TRUE(push_button_get_highlighted(&button));
 }
 

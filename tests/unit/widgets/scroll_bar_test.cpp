@@ -204,34 +204,44 @@ TEST_F(ScrollBarTest, DrawsTheWholeThumbOnATrackThatIsShorter) {
     EXPECT_EQ(difference(actual, expected), "");
 }
 
-TEST_F(ScrollBarTest, WithoutWidthThereAreOnlyItsTwoSides) {
-    place(6, 8, 0, 60);
-    Canvas actual{24, 80};
-    Canvas expected{24, 80};
-    scroll_bar_paint_background(&bar, actual.image());
-    scroll_bar_paint(&bar, actual.image());
-    expected.column(6, 8, 68, {64, 64, 64});
-    expected.column(6, 9, 67, {64, 64, 64});
-    EXPECT_EQ(difference(actual, expected), "");
-}
-
-TEST_F(ScrollBarTest, WithoutHeightThereIsAThumbAboveItsOneLine) {
-    for (const int w : {0, 8}) {
-        place(6, 20, w, 0);
-        Canvas actual{24, 60};
-        Canvas expected{24, 60};
+TEST_F(ScrollBarTest, WithoutWidthOrHeightThereAreOnlyBorderLines) {
+    for (const auto& [w, h] : {std::pair{0, 60}, std::pair{8, 0}, std::pair{0, 0}}) {
+        place(6, 8, w, h);
+        Canvas actual{24, 80};
+        Canvas expected{24, 80};
         scroll_bar_paint_background(&bar, actual.image());
         scroll_bar_paint(&bar, actual.image());
-        expected.set(6, 20, blended(expected.at(6, 20), {64, 64, 64}, 255));
-        if (w > 0) {
-            expected.row(6, 13, 20, {64, 64, 64}); // its top and its bottom are the same
-            expected.row(6, 13, 20, {64, 64, 64});
-            for (int k = 0; k <= 14; ++k) {
-                expected.row(8, 12, 3 + 1 + k, {144, 144, 144}, 200);
-            }
+        expect_frame(expected, 6, 8, w, h);
+        EXPECT_EQ(difference(actual, expected), "") << w << " x " << h;
+    }
+}
+
+// Lines run from the lesser end to the greater: the thumb of a narrow bar reaches out of it.
+TEST_F(ScrollBarTest, OneToFourPixelsWideItHasAThumb) {
+    for (const int w : {1, 2, 3, 4}) {
+        place(6, 8, w, 60);
+        scroll_bar_set_position(&bar, 0.0F);
+        Canvas actual{24, 80};
+        Canvas expected{24, 80};
+        scroll_bar_paint(&bar, actual.image());
+        expect_frame(expected, 6, 8, w, 60);
+        for (int k = 0; k <= 56; ++k) {
+            expected.row(8, 6 + w - 2, 9 + 1 + k, {144, 144, 144}, 200);
         }
         EXPECT_EQ(difference(actual, expected), "") << w;
     }
+}
+
+TEST_F(ScrollBarTest, OnePixelHighItsRightSideIsTwo) {
+    place(6, 20, 8, 1);
+    Canvas actual{24, 60};
+    Canvas expected{24, 60};
+    scroll_bar_paint(&bar, actual.image());
+    expect_frame(expected, 6, 20, 8, 1);
+    for (int k = 0; k <= 14; ++k) {
+        expected.row(8, 12, 4 + 1 + k, {144, 144, 144}, 200); // the least thumb, above the track
+    }
+    EXPECT_EQ(difference(actual, expected), "");
 }
 
 TEST_F(ScrollBarTest, ArrowsTakeTheEndsOfTheTrack) {

@@ -14,23 +14,12 @@ namespace {
 constexpr std::int32_t block_width = 16;
 constexpr std::int32_t caption_glyph_limit = 1024;
 
-// One column or row of the bar, kept on the image: a fraction above 1.0 goes past the border.
-void bar_vline(const ProgressBar* bar, Pixbuf* image, std::int32_t x, std::int32_t alpha) {
-    const std::int32_t top = bar->y + 3;
-    const std::int32_t bottom = bar->y + bar->h - 3;
-    if (x >= 0 && x < static_cast<std::int32_t>(image->width) && bottom >= 0) {
-        orx_pixbuf_vline(bar->engine, image, x, top, x, bottom, bar->bar.r, bar->bar.g, bar->bar.b,
-                         alpha);
-    }
+WidgetColourAlpha shade(const ProgressBar* bar, std::int32_t alpha) {
+    return {bar->bar.r, bar->bar.g, bar->bar.b, alpha};
 }
 
-void bar_hline(const ProgressBar* bar, Pixbuf* image, std::int32_t left, std::int32_t y,
-               std::int32_t right, std::int32_t alpha) {
-    const std::int32_t last = std::min(right, static_cast<std::int32_t>(image->width) - 1);
-    if (left >= 0 && left <= last) {
-        orx_pixbuf_hline(bar->engine, image, left, y, last, y, bar->bar.r, bar->bar.g, bar->bar.b,
-                         alpha);
-    }
+void bar_column(const ProgressBar* bar, Pixbuf* image, std::int32_t x, std::int32_t alpha) {
+    widget_column(bar->engine, image, x, bar->y + 3, bar->y + bar->h - 3, shade(bar, alpha));
 }
 
 // Rows from both edges to the middle, where they are brightest.
@@ -38,11 +27,11 @@ void paint_shaded_rows(const ProgressBar* bar, Pixbuf* image, std::int32_t left,
                        std::int32_t right) {
     const std::int32_t half = bar->h / 2;
     for (std::int32_t j = 3; j <= half; ++j) {
-        const std::int32_t alpha = ((j * 256 / half) * 95 >> 8) + 96;
+        const WidgetColourAlpha colour = shade(bar, ((j * 256 / half) * 95 >> 8) + 96);
         if (j < half) {
-            bar_hline(bar, image, left, bar->y + j, right, alpha);
+            widget_row(bar->engine, image, left, bar->y + j, right, colour);
         }
-        bar_hline(bar, image, left, bar->y + bar->h - j, right, alpha);
+        widget_row(bar->engine, image, left, bar->y + bar->h - j, right, colour);
     }
 }
 
@@ -61,7 +50,7 @@ void paint_fraction(const ProgressBar* bar, Pixbuf* image) {
         std::min(truncate_to_int(static_cast<float>(bar->w) * bar->fraction),
                  static_cast<std::int32_t>(image->width));
     for (std::int32_t i = 0; i < columns; ++i) {
-        bar_vline(bar, image, bar->x + i, std::min(((i * 256 / bar->w) * 127 >> 8) + 64, 255));
+        bar_column(bar, image, bar->x + i, std::min(((i * 256 / bar->w) * 127 >> 8) + 64, 255));
     }
 }
 
@@ -72,7 +61,7 @@ void paint_block(const ProgressBar* bar, Pixbuf* image) {
         return;
     }
     for (std::int32_t k = 0; k < block_width; ++k) {
-        bar_vline(bar, image, left + k, 255);
+        bar_column(bar, image, left + k, 255);
     }
 }
 
@@ -104,10 +93,14 @@ void progress_bar_paint(ProgressBar* bar, Pixbuf* image) {
     if (bar->hidden != 0) {
         return;
     }
-    if (bar->mode == progress_mode_fraction) {
-        paint_fraction(bar, image);
-    } else {
-        paint_block(bar, image);
+    if (bar->w > 0 && bar->h > 0) {
+        if (bar->mode == progress_mode_fraction) {
+            paint_fraction(bar, image);
+        } else {
+            paint_block(bar, image);
+        }
+    }
+    if (bar->mode != progress_mode_fraction) {
         progress_bar_move_block(bar);
     }
     const std::int32_t width = text_width(bar->text, bar->caption);

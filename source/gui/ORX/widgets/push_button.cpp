@@ -44,10 +44,10 @@ void push_button_paint(const PushButton* button, Pixbuf* image) {
     const bool highlighted = button->highlighted != 0;
     const WidgetColour& fill = highlighted ? button->highlighted_fill : button->fill;
     // Blended lines at alpha 255, not a fill: they keep a trace of what lies below.
-    for (std::int32_t column = button->x + 1; column < button->x + button->w && button->h > 1;
+    for (std::int32_t column = button->x + 1; column < button->x + button->w && button->h > 0;
          ++column) {
-        orx_pixbuf_vline(button->engine, image, column, button->y + 1, column,
-                         button->y + button->h - 1, fill.r, fill.g, fill.b, 255);
+        widget_column(button->engine, image, column, button->y + 1, button->y + button->h - 1,
+                      WidgetColourAlpha{fill.r, fill.g, fill.b, 255});
     }
     if (button->label != nullptr) {
         const std::int32_t width = text_width(button->text, button->label);

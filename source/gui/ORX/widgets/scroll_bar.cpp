@@ -11,39 +11,25 @@ namespace {
 
 constexpr std::int32_t arrow_rows = 8;
 
-// Rows kept on the image: an arrow of a narrow bar and a thumb on a short track stand out of it.
-void row_on_image(const ScrollBar* bar, Pixbuf* image, std::int32_t left, std::int32_t y,
-                  std::int32_t right, const WidgetColourAlpha& colour) {
-    const std::int32_t first = std::max(left, 0);
-    const std::int32_t last = std::min(right, static_cast<std::int32_t>(image->width) - 1);
-    if (y >= 0 && y < static_cast<std::int32_t>(image->height) && first <= last) {
-        orx_pixbuf_hline(bar->engine, image, first, y, last, y, colour.r, colour.g, colour.b,
-                         colour.alpha);
-    }
-}
-
 void paint_border(const ScrollBar* bar, Pixbuf* image) {
     const WidgetColourAlpha& c = bar->border;
     const std::int32_t right = bar->x + bar->w;
     const std::int32_t bottom = bar->y + bar->h;
-    orx_pixbuf_vline(bar->engine, image, bar->x, bar->y, bar->x, bottom, c.r, c.g, c.b, c.alpha);
-    row_on_image(bar, image, bar->x, bar->y, right - 1, c);
-    if (bar->h > 1) {
-        orx_pixbuf_vline(bar->engine, image, right, bar->y + 1, right, bottom - 1, c.r, c.g, c.b,
-                         c.alpha);
-    }
-    row_on_image(bar, image, bar->x, bottom, right - 1, c);
+    widget_column(bar->engine, image, bar->x, bar->y, bottom, c);
+    widget_row(bar->engine, image, bar->x, bar->y, right - 1, c);
+    widget_column(bar->engine, image, right, bar->y + 1, bottom - 1, c);
+    widget_row(bar->engine, image, bar->x, bottom, right - 1, c);
 }
 
 void paint_arrows(const ScrollBar* bar, Pixbuf* image) {
     const std::int32_t middle = bar->x + bar->w / 2;
     const std::int32_t up = bar->y + bar->w / 2;
     const std::int32_t down = bar->y + bar->h - bar->w + bar->w / 2;
-    row_on_image(bar, image, bar->x, bar->y + bar->w, bar->x + bar->w, bar->thumb);
-    row_on_image(bar, image, bar->x, bar->y + bar->h - bar->w, bar->x + bar->w, bar->thumb);
+    widget_row(bar->engine, image, bar->x, bar->y + bar->w, bar->x + bar->w, bar->thumb);
+    widget_row(bar->engine, image, bar->x, bar->y + bar->h - bar->w, bar->x + bar->w, bar->thumb);
     for (std::int32_t k = 0; k < arrow_rows; ++k) {
-        row_on_image(bar, image, middle - k, up - 4 + k, middle + k, bar->thumb);
-        row_on_image(bar, image, middle - k, down + 4 - k, middle + k, bar->thumb);
+        widget_row(bar->engine, image, middle - k, up - 4 + k, middle + k, bar->thumb);
+        widget_row(bar->engine, image, middle - k, down + 4 - k, middle + k, bar->thumb);
     }
 }
 
@@ -52,7 +38,7 @@ void paint_thumb(const ScrollBar* bar, Pixbuf* image) {
                                       scroll_bar_lowest_thumb_top(bar));
     const WidgetColourAlpha& colour = bar->dragging != 0 ? bar->active_thumb : bar->thumb;
     for (std::int32_t k = 0; k <= scroll_bar_thumb_length(bar) - 2; ++k) {
-        row_on_image(bar, image, bar->x + 2, top + 1 + k, bar->x + bar->w - 2, colour);
+        widget_row(bar->engine, image, bar->x + 2, top + 1 + k, bar->x + bar->w - 2, colour);
     }
 }
 
@@ -78,6 +64,9 @@ void scroll_bar_paint_background(const ScrollBar* bar, Pixbuf* image) {
 
 void scroll_bar_paint(const ScrollBar* bar, Pixbuf* image) {
     paint_border(bar, image);
+    if (bar->w < 1 || bar->h < 1) {
+        return;
+    }
     if (bar->arrows != 0) {
         paint_arrows(bar, image);
     }

@@ -19,16 +19,29 @@ void widget_fill_inside(UiEngine* engine, Pixbuf* image, std::int32_t x, std::in
 
 void widget_border(UiEngine* engine, Pixbuf* image, std::int32_t x, std::int32_t y, std::int32_t w,
                    std::int32_t h, const WidgetColour& colour) {
-    // Lines run either way, so that a side of 0 ends one pixel before the widget: not off the
-    // image.
-    const std::int32_t left = x + 1;
-    const std::int32_t right = std::max(x + w - 1, 0);
-    const std::int32_t top = y + 1;
-    const std::int32_t bottom = std::max(y + h - 1, 0);
-    orx_pixbuf_hline(engine, image, left, y, right, y, colour.r, colour.g, colour.b, 255);
-    orx_pixbuf_hline(engine, image, left, y + h, right, y + h, colour.r, colour.g, colour.b, 255);
-    orx_pixbuf_vline(engine, image, x, top, x, bottom, colour.r, colour.g, colour.b, 255);
-    orx_pixbuf_vline(engine, image, x + w, top, x + w, bottom, colour.r, colour.g, colour.b, 255);
+    const WidgetColourAlpha line{colour.r, colour.g, colour.b, 255};
+    widget_row(engine, image, x + 1, y, x + w - 1, line);
+    widget_row(engine, image, x + 1, y + h, x + w - 1, line);
+    widget_column(engine, image, x, y + 1, y + h - 1, line);
+    widget_column(engine, image, x + w, y + 1, y + h - 1, line);
+}
+
+void widget_row(UiEngine* engine, Pixbuf* image, std::int32_t x0, std::int32_t y, std::int32_t x1,
+                const WidgetColourAlpha& colour) {
+    const std::int32_t left = std::max(std::min(x0, x1), 0);
+    const std::int32_t right =
+        std::min(std::max(x0, x1), static_cast<std::int32_t>(image->width) - 1);
+    if (y >= 0 && y < static_cast<std::int32_t>(image->height) && left <= right) {
+        orx_pixbuf_hline(engine, image, left, y, right, y, colour.r, colour.g, colour.b,
+                         colour.alpha);
+    }
+}
+
+void widget_column(UiEngine* engine, Pixbuf* image, std::int32_t x, std::int32_t y0,
+                   std::int32_t y1, const WidgetColourAlpha& colour) {
+    if (x >= 0 && x < static_cast<std::int32_t>(image->width)) {
+        orx_pixbuf_vline(engine, image, x, y0, x, y1, colour.r, colour.g, colour.b, colour.alpha);
+    }
 }
 
 void widget_draw_text(const TextRenderer* text, Pixbuf* image, const char* string, std::int32_t x,

@@ -1,6 +1,8 @@
 // widget_paint.h: what every kind of widget draws alike. For the widgets themselves.
 //
-// Design pixels; (x, y, w, h) is the widget's rectangle, which lies inside the image.
+// Design pixels; (x, y, w, h) is the widget's rectangle, which lies inside the image. Lines run
+// from the lesser end to the greater, so that on a widget of one to three pixels they reach out of
+// it.
 #pragma once
 
 #include "gui/ORX/widgets/widget_geometry.h"
@@ -19,6 +21,16 @@ void widget_fill_inside(UiEngine* engine, Pixbuf* image, std::int32_t x, std::in
 // A border of four lines of one pixel whose corner pixels stay unpainted.
 void widget_border(UiEngine* engine, Pixbuf* image, std::int32_t x, std::int32_t y, std::int32_t w,
                    std::int32_t h, const WidgetColour& colour);
+
+// A row from one column to another, in either order and both included, blended with alpha and kept
+// on the image: what stands out of it must not come out at the other end of the row before or
+// after.
+void widget_row(UiEngine* engine, Pixbuf* image, std::int32_t x0, std::int32_t y, std::int32_t x1,
+                const WidgetColourAlpha& colour);
+
+// The same for a column.
+void widget_column(UiEngine* engine, Pixbuf* image, std::int32_t x, std::int32_t y0,
+                   std::int32_t y1, const WidgetColourAlpha& colour);
 
 // Plain text from a pen position and baseline, kept inside the image: a text too long for the image
 // must not come out at the left end of the next row. At most limit glyphs, then three dots.
