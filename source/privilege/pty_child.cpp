@@ -10,10 +10,12 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <iterator>
 
 namespace {
 
@@ -30,13 +32,13 @@ bool starts_with(const char* text, const char* start) {
     return std::strncmp(text, start, std::strlen(start)) == 0;
 }
 
-// A heap vector of heap copies of strings, without those that keep refuses; room for one more.
-char** copy_strings(const char* const* strings, bool (*keep)(const char*)) {
+// A heap vector of heap copies of strings, without those that keep refuses; room for some more.
+char** copy_strings(const char* const* strings, bool (*keep)(const char*), std::size_t more) {
     std::size_t count = 0;
     while (strings[count] != nullptr) {
         ++count;
     }
-    auto** copies = static_cast<char**>(std::calloc(count + 2, sizeof(char*)));
+    auto** copies = static_cast<char**>(std::calloc(count + more + 1, sizeof(char*)));
     std::size_t next = 0;
     for (std::size_t i = 0; copies != nullptr && i < count; ++i) {
         if (!keep(strings[i])) {
@@ -52,21 +54,34 @@ char** copy_strings(const char* const* strings, bool (*keep)(const char*)) {
     return copies;
 }
 
-// Our environment, but in the C locale: the child's complaints have to be recognised.
+// What says who the person is and where. Everything else stays behind: su, and many a sudo, hand on
+// to root whatever they are given, and tar, a shell and the search for programs obey variables that
+// any program of the person's may have set.
+constexpr const char* kept_variables[] = {"HOME=", "USER=", "LOGNAME=", "SHELL=", "TERM=", "TZ="};
+
+constexpr const char* fixed_variables[] = {
+    "LC_ALL=C", // the child's complaints have to be recognised
+    "PATH=/usr/sbin:/usr/bin:/sbin:/bin",
+};
+
+bool is_kept(const char* variable) {
+    return std::any_of(std::begin(kept_variables), std::end(kept_variables),
+                       [variable](const char* start) { return starts_with(variable, start); });
+}
+
 char** child_environment() {
-    char** variables = copy_strings(environ, [](const char* variable) {
-        return !starts_with(variable, "LC_ALL=") && !starts_with(variable, "LANGUAGE=");
-    });
-    char* locale = variables != nullptr ? strdup("LC_ALL=C") : nullptr;
-    if (locale == nullptr) {
-        free_strings(variables);
-        return nullptr;
-    }
+    char** variables = copy_strings(environ, is_kept, std::size(fixed_variables));
     char** end = variables;
-    while (*end != nullptr) {
+    while (end != nullptr && *end != nullptr) {
         ++end;
     }
-    *end = locale;
+    for (const char* variable : fixed_variables) {
+        if (variables == nullptr || (*end = strdup(variable)) == nullptr) {
+            free_strings(variables);
+            return nullptr;
+        }
+        ++end;
+    }
     return variables;
 }
 
@@ -103,7 +118,8 @@ void reset_signals() {
 // Between fork and exec nothing may be called that takes a lock: another thread of the parent may
 // have held it.
 [[noreturn]] void become(char** arguments, char** variables) {
-    setsid(); // no effect where forkpty has already made the session
+    setsid();                       // no effect where forkpty has already made the session
+    static_cast<void>(!chdir("/")); // what is browsed is not where root is to begin
     close_all_but_terminal();
     reset_signals();
     environ = variables;
@@ -142,7 +158,8 @@ bool wait_for(int descriptor, short events, std::int32_t patience_ms) {
 bool pty_child_start(PtyChild* child, const char* const* arguments) {
     *child = PtyChild{};
     child->master = -1;
-    char** argument_copies = copy_strings(arguments, [](const char*) { return true; });
+    char** argument_copies = copy_strings(
+        arguments, [](const char*) { return true; }, 0);
     char** variables = child_environment();
     if (argument_copies == nullptr || argument_copies[0] == nullptr || variables == nullptr) {
         free_strings(argument_copies);

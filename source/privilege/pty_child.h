@@ -1,10 +1,11 @@
 // pty_child.h: one child process on a pseudo-terminal of its own. The only file that forks.
 //
 // The child gets the slave side as its controlling terminal and standard streams, and nothing else
-// of ours: no other descriptor, no ignored or blocked signal, and an environment that speaks the C
-// locale (LC_ALL=C, no LANGUAGE), so that its messages can be recognised on any desktop. When the
-// program cannot be executed the child ends at once with status 255; no second copy of this
-// process goes on running. The parent keeps the master side, closed on exec and never blocking.
+// of ours: no other descriptor, no ignored or blocked signal, no working directory but "/". Of our
+// environment it gets HOME, USER, LOGNAME, SHELL, TERM and TZ; PATH names the system's own folders
+// alone, and LC_ALL=C makes its messages recognisable on any desktop. When the program cannot be
+// executed the child ends at once with status 255; no second copy of this process goes on running.
+// The parent keeps the master side, closed on exec and never blocking.
 //
 // Plain system calls: interrupted ones are resumed, times are milliseconds. One thread per child.
 #pragma once
