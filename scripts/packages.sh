@@ -7,7 +7,7 @@
 
 build_packages=(g++ cmake ninja-build libx11-dev libpng-dev)
 tour_packages=(libxtst-dev libxcb1-dev libgtest-dev sudo passwd tar gzip xvfb openbox ladspa-sdk)
-test_packages=(clang clang-tidy clang-format twm x11-utils xclip xsel desktop-file-utils python3
+test_packages=(clang clang-tidy clang-format twm xfonts-base x11-utils xclip xsel desktop-file-utils python3
     python3-hypothesis binutils file procps ccache lilv-utils lv2-dev locales uim-xim)
 
 # What stands for the packages where there is no dpkg to ask.
@@ -24,7 +24,7 @@ tool_of() {
     procps) echo ps ;;
     locales) echo localedef ;;
     lilv-utils) echo lv2ls ;;
-    lv2-dev | python3-hypothesis) echo "" ;;
+    lv2-dev | python3-hypothesis | xfonts-base) echo "" ;;
     lib*) echo "" ;;
     *) echo "$1" ;;
     esac

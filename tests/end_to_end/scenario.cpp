@@ -64,6 +64,9 @@ Scenario::Scenario(const ScenarioOptions& options)
                                     options.rights == Rights::sudo ? "ALL=(ALL:ALL) ALL" : "");
     arrange_rights(options.rights);
     std::filesystem::create_directories(default_folder);
+    // Every desktop has these; a bare machine that only runs the tests need not.
+    std::filesystem::create_directories("/usr/share/icons");
+    std::filesystem::create_directories("/usr/share/applications");
     // The build folder may be closed to other accounts; a download lies in the person's own folder.
     program_ = account_.home + "/.zeph-installer";
     std::filesystem::copy_file(ZEPH_INSTALLER, program_);

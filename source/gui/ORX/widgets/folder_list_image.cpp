@@ -11,6 +11,7 @@
 #include <sys/mman.h>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
