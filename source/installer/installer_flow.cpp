@@ -72,11 +72,11 @@ bool authenticate() {
         main_window_hold_password();
         char* password = main_window_take_password();
         if (password != nullptr && password_is_right(password)) {
-            wipe_and_free(&installer.password);
+            secret_free(&installer.password);
             installer.password = password;
             return true;
         }
-        wipe_and_free(&password);
+        secret_free(&password);
         if (cancelled()) {
             return false;
         }
@@ -88,7 +88,7 @@ bool authenticate() {
 // The last screen stays until OK is pressed, for hours perhaps: nothing needs the password any
 // more.
 void finish() {
-    wipe_and_free(&installer.password);
+    secret_free(&installer.password);
     main_window_offer_ok();
     (void)wait_for(installer.finish_requested);
 }
@@ -203,5 +203,5 @@ void run_installer_flow() {
     if (authenticate()) {
         install();
     }
-    wipe_and_free(&installer.password);
+    secret_free(&installer.password);
 }

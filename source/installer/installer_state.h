@@ -42,7 +42,7 @@ struct InstallerState {
     std::atomic<std::int32_t> cancel_requested{0};
     std::int32_t another_instance = 0;          // 1 = the lock file is somebody else's and stays
     std::atomic<char*> install_folder{nullptr}; // owned; null = none chosen
-    char* password = nullptr;                   // owned, wiped before it is freed
+    char* password = nullptr;                   // owned, for secret_free
     UiEngine* engine = nullptr;                 // owned
     TextRenderer* text = nullptr;               // owned
     pthread_t gui_thread{};

@@ -137,7 +137,7 @@ void tear_down() {
         main_window_destroy();
         destroy_engine();
     }
-    wipe_and_free(&installer.password);
+    secret_free(&installer.password);
     std::free(installer.install_folder.exchange(nullptr));
     if (installer.another_instance != 1) {
         remove_lock_file();

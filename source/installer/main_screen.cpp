@@ -3,8 +3,7 @@
 #include "installer/main_callbacks.h"
 #include "installer/main_layout.h"
 #include "installer/main_window.h"
-
-#include <cstring>
+#include "installer/secret.h"
 
 namespace {
 
@@ -65,7 +64,7 @@ void main_window_refuse_password() {
 
 char* main_window_take_password() {
     const ScreenLock lock(installer.screen_lock);
-    return strdup(password_field_get_text(installer.field));
+    return secret_copy(password_field_get_text(installer.field));
 }
 
 void main_window_start_installing() {

@@ -27,7 +27,7 @@ void main_window_ask_for_password();
 void main_window_hold_password();
 void main_window_refuse_password();
 
-// A copy of what stands in the field; the caller wipes and frees it. Null without memory.
+// A copy of what stands in the field, for secret_free. Null without memory.
 [[nodiscard]] char* main_window_take_password();
 
 // "Installing...": the field is wiped and hidden, the progress bar is shown.

@@ -1,14 +1,9 @@
-// secret.h: letting go of a text that nobody may find again.
+// secret.h: a text that is to be found nowhere once it is let go of.
 #pragma once
 
-#include <cstdlib>
-#include <cstring>
+// A copy of text in memory of its own, kept out of the swap space where the person's limit of
+// locked memory allows that. Null without memory. For secret_free.
+[[nodiscard]] char* secret_copy(const char* text);
 
-// Overwrites and frees *text, and sets it to null. Null is ignored.
-inline void wipe_and_free(char** text) {
-    if (*text != nullptr) {
-        explicit_bzero(*text, std::strlen(*text));
-        std::free(*text);
-        *text = nullptr;
-    }
-}
+// Overwrites and frees *secret, and sets it to null. Null is ignored.
+void secret_free(char** secret);

@@ -76,7 +76,33 @@ std::string bytes_of(int memory, std::uint64_t begin, std::uint64_t end) {
     return bytes;
 }
 
+// Whether the pages at that address are locked into memory.
+bool is_locked(pid_t process, std::uint64_t address) {
+    std::istringstream maps(text_of("/proc/" + std::to_string(process) + "/smaps"));
+    bool here = false;
+    for (std::string line; std::getline(maps, line);) {
+        std::uint64_t begin = 0;
+        std::uint64_t end = 0;
+        if (std::sscanf(line.c_str(), "%lx-%lx ", &begin, &end) == 2) {
+            here = begin <= address && address < end;
+        } else if (here && line.starts_with("VmFlags:")) {
+            return (line + " ").find(" lo ") != std::string::npos;
+        }
+    }
+    return false;
+}
+
 } // namespace
+
+std::vector<std::string> swappable_copies(pid_t process, const std::string& secret) {
+    std::vector<std::string> swappable;
+    for (const std::string& copy : copies_in_memory(process, secret)) {
+        if (!is_locked(process, std::stoull(copy, nullptr, 16))) {
+            swappable.push_back(copy);
+        }
+    }
+    return swappable;
+}
 
 std::vector<std::string> copies_in_memory(pid_t process, const std::string& secret) {
     const std::string folder = "/proc/" + std::to_string(process);

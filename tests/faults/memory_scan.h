@@ -18,6 +18,9 @@ inline constexpr std::size_t telling_length = 8;
 // "ADDRESS MAPPING: TEXT AROUND". Needs root; the process is not stopped.
 [[nodiscard]] std::vector<std::string> copies_in_memory(pid_t process, const std::string& secret);
 
+// Those of them that the system may write to its swap space.
+[[nodiscard]] std::vector<std::string> swappable_copies(pid_t process, const std::string& secret);
+
 // Processes whose arguments or environment hold a piece of the secret, as "ID ARGUMENTS".
 [[nodiscard]] std::vector<std::string> processes_that_show(const std::string& secret);
 

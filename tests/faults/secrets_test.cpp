@@ -125,6 +125,29 @@ TEST_P(Password, IsInNoMemoryWhenTheFolderWasCancelled) {
     EXPECT_TRUE(ended_clean(scenario_->finish()));
 }
 
+TEST_P(Password, IsKeptOutOfTheSwapSpace) {
+    reach_password_screen();
+    scenario_->focus_main_window();
+    scenario_->person().type(secret);
+    const pid_t process = scenario_->installer().process_id();
+    scenario_->wait_for("the typed text", [&] { return !copies(secret).empty(); });
+    EXPECT_EQ(swappable_copies(process, secret), std::vector<std::string>{});
+    scenario_->person().press_return();
+    scenario_->reach_folder_browser();
+    EXPECT_FALSE(copies(secret).empty());
+    EXPECT_EQ(swappable_copies(process, secret), std::vector<std::string>{});
+}
+
+// Where the system lets the person lock nothing, the installation goes on all the same.
+TEST_P(Password, NeedsNoLockedMemory) {
+    start_through_shell(*scenario_, "ulimit -l 0");
+    reach_password_screen();
+    install_from_password_screen(*scenario_, secret);
+    EXPECT_EQ(copies(secret), std::vector<std::string>{});
+    scenario_->press_ok();
+    EXPECT_TRUE(ended_clean(scenario_->finish()));
+}
+
 // A crash with the password in memory, where the person's shell lets programs write core files.
 TEST_P(Password, IsInNoCoreFile) {
     start_through_shell(*scenario_, "ulimit -c unlimited");

@@ -7,6 +7,8 @@
 #include "gui/ORX/widgets/text_entry_paint.h"
 #include "gui/ORX/widgets/widget_paint.h"
 
+#include <sys/mman.h>
+
 static_assert(password_field_size == edit_buffer_size);
 
 void password_field_init(PasswordField* field, UiEngine* engine, TextRenderer* text) {
@@ -17,10 +19,13 @@ void password_field_init(PasswordField* field, UiEngine* engine, TextRenderer* t
     field->border = WidgetColour{127, 127, 127};
     field->engine = engine;
     field->text = text;
+    // Where the person's limit forbids it the field works as well.
+    static_cast<void>(mlock(field->content, sizeof field->content));
 }
 
 void password_field_destroy(PasswordField* field) {
     edit_buffer_clear(field->content);
+    munlock(field->content, sizeof field->content);
 }
 
 void password_field_paint_background(const PasswordField* field, Pixbuf* image) {
