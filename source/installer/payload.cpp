@@ -26,7 +26,8 @@ constexpr const char* archive_path = "/tmp/zeph-installer-data.tar.gz";
 constexpr const char* icon_path = "/tmp/zeph-installer-desktop-icon.png";
 constexpr const char* entry_path = "/tmp/zeph-installer-desktop-file.desktop";
 
-constexpr std::uint32_t progress_step = 8192;  // bytes between two moves of the bar
+// Bytes between two moves of the bar.
+constexpr auto progress_step = static_cast<std::uint32_t>(product.unpacking_step);
 constexpr std::int32_t progress_pause_ms = 20; // so that the person sees the bar move
 constexpr std::size_t command_size = 1024;
 constexpr mode_t installed_mode = 0644;

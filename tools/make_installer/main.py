@@ -10,13 +10,13 @@ import sys
 import tarfile
 
 import building
+import elf_facts
 import executable
 import new_product
 import settings
 import staging
 
 LISTED_MEMBERS = 20
-PACED_BYTES_A_SECOND = 8192 * 50  # the installer writes 8 KiB every 20 ms
 
 NEXT_STEPS = """{folder} is laid out. Next:
   1. put your plug-in there, a file or a folder, and its name into {folder}/product.toml
@@ -54,18 +54,16 @@ def listing(archive):
 def summary(values, stage, path):
     with open(path, "rb") as file:
         content = file.read()
-    versions = executable.highest_versions(path)
+    facts = elf_facts.read_facts(path)
+    versions = facts.highest_versions()
     out = io.StringIO()
     print(f"\n{path}", file=out)
     print(f"  product        {values['product_name']} {values['product_version']}", file=out)
     print(f"  size           {len(content)} bytes, {stage.archive_size} of them payload", file=out)
-    seconds = stage.archive_size // PACED_BYTES_A_SECOND
-    if seconds > 30:
-        print(f"  unpacking      is paced and will take about {seconds} s", file=out)
     print(f"  installs into  {values['default_install_folder']}, or where the person says", file=out)
     for index, line in enumerate(listing(stage.archive)):
         print(f"  {'payload' if index == 0 else '':14} {line}", file=out)
-    print(f"  needs          {' '.join(executable.needed_libraries(path))}", file=out)
+    print(f"  needs          {' '.join(facts.needed)}", file=out)
     print(f"  oldest libc    {versions.get('GLIBC', 'any')}", file=out)
     protections = executable.hardening(path)
     for present, word in ((True, "hardening"), (False, "NOT hardened")):

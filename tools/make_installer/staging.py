@@ -16,6 +16,8 @@ import settings  # noqa: E402
 
 DEFAULT_HEADER = os.path.join(REPOSITORY, "source", "installer", "product_settings.h")
 LARGEST_ARCHIVE = 2**31 - 1
+UNPACKING_STEPS = 130  # moves of the bar, 20 ms each, while the installer writes the archive out
+SMALLEST_STEP = 8192  # bytes
 # A member of one of these names, unpacked into its parent, would be a folder of the system's.
 SYSTEM_NAMES = frozenset(
     "bin boot clap dev dssi etc games home include ladspa lib lib32 lib64 libexec local lv2 opt"
@@ -78,12 +80,18 @@ def check_files(folder, values):
         raise settings.SettingsError([f"{path}: {complaint}" for complaint in complaints])
 
 
+def unpacking_step(archive_size):
+    """Bytes between two moves of the bar, so that the moves are as many for every archive."""
+    return max(SMALLEST_STEP, -(-archive_size // UNPACKING_STEPS))
+
+
 def header_text(values, archive_size):
     """The settings header, with these values in place of the default product's."""
     with open(DEFAULT_HEADER, encoding="utf-8") as file:
         text = file.read()
     initialisers = {name: values[name] for name in settings.TEXTS + settings.SWITCHES}
     initialisers["archive_size"] = archive_size
+    initialisers["unpacking_step"] = unpacking_step(archive_size)
     for name, value in initialisers.items():
         # JSON's quoting of text without control characters is C++'s too.
         literal = json.dumps(value, ensure_ascii=False)
