@@ -206,7 +206,8 @@ inside() {
             mount -t tmpfs -o mode=1777,nosuid,nodev tmpfs dev/shm &&
             mount -t tmpfs -o mode=755,nosuid,nodev tmpfs run &&
             mount -t tmpfs -o mode=1777,nosuid,nodev tmpfs tmp &&
-            for node in null zero full random urandom tty; do
+            for node in null zero full random urandom tty fuse; do
+                [ -e "/dev/$node" ] || continue
                 touch "dev/$node" && mount --bind "/dev/$node" "dev/$node" || exit 2
             done &&
             ln -s pts/ptmx dev/ptmx && ln -s /proc/self/fd dev/fd &&
