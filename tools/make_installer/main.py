@@ -12,6 +12,7 @@ import tarfile
 import building
 import elf_facts
 import executable
+import floor
 import new_product
 import settings
 import staging
@@ -65,6 +66,8 @@ def summary(values, stage, path):
         print(f"  {'payload' if index == 0 else '':14} {line}", file=out)
     print(f"  needs          {' '.join(facts.needed)}", file=out)
     print(f"  oldest libc    {versions.get('GLIBC', 'any')}", file=out)
+    for symbol in floor.symbols_above(path):
+        print(f"  NOT everywhere {symbol}", file=out)
     protections = executable.hardening(path)
     for present, word in ((True, "hardening"), (False, "NOT hardened")):
         names = ", ".join(name for name, there in protections.items() if there == present)

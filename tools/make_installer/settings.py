@@ -6,11 +6,7 @@ what is wrong and what mends it.
 
 import os
 import re
-
-try:
-    import tomllib
-except ImportError:  # Python before 3.11
-    import tomli as tomllib
+import tomllib
 
 import screen_text
 

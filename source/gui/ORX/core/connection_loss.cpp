@@ -1,9 +1,12 @@
 // connection_loss.cpp: keeping a broken X connection from ending the process.
 #include "gui/ORX/core/connection_loss.h"
 
-#ifdef ORX_HAS_IO_ERROR_EXIT_HANDLER
-
 #include <csetjmp>
+#include <cstdlib>
+
+// In libX11 since 1.7. In an older one it is not there, and its address is null.
+extern "C" void XSetIOErrorExitHandler(Display* display, void (*handler)(Display*, void*),
+                                       void* data) __attribute__((weak));
 
 namespace {
 
@@ -12,12 +15,19 @@ namespace {
 thread_local std::jmp_buf* way_out_of_opening = nullptr;
 thread_local Display* lost_while_opening = nullptr; // stays known, as memory that nobody frees
 
+bool loss_can_be_outlived() {
+    return XSetIOErrorExitHandler != nullptr;
+}
+
 // Xlib's own handler would end the process before the display's exit handler is asked.
 int go_on(Display* display) {
     if (way_out_of_opening != nullptr) {
         lost_while_opening = display;
         // Between here and there are frames of Xlib's alone, which hold no lock but that display's.
         std::longjmp(*way_out_of_opening, 1); // NOLINT(cert-err52-cpp)
+    }
+    if (!loss_can_be_outlived()) {
+        std::exit(0); // what Xlib would do next, with status 1
     }
     return 0;
 }
@@ -45,28 +55,7 @@ Display* open_display_or_none() {
 
 void watch_connection(Display* display, std::atomic<bool>* lost) {
     XSetIOErrorHandler(go_on);
-    XSetIOErrorExitHandler(display, note_loss, lost);
+    if (loss_can_be_outlived()) {
+        XSetIOErrorExitHandler(display, note_loss, lost);
+    }
 }
-
-#else
-
-#include <cstdlib>
-
-namespace {
-
-int end_process(Display*) {
-    std::exit(0);
-}
-
-} // namespace
-
-Display* open_display_or_none() {
-    XSetIOErrorHandler(end_process);
-    return XOpenDisplay(nullptr);
-}
-
-void watch_connection(Display*, std::atomic<bool>*) {
-    XSetIOErrorHandler(end_process);
-}
-
-#endif
