@@ -5,8 +5,7 @@
 #include <cstdlib>
 
 // In libX11 since 1.7. In an older one it is not there, and its address is null.
-extern "C" void XSetIOErrorExitHandler(Display* display, void (*handler)(Display*, void*),
-                                       void* data) __attribute__((weak));
+#pragma weak XSetIOErrorExitHandler
 
 namespace {
 
