@@ -58,7 +58,6 @@ void choose_auth_method() {
     installer.runner.title = installer.title;
     installer.runner.cancel_requested = &installer.cancel_requested;
     installer.runner.log = log_print;
-    installer.runner.exact_folder_names = product.exact_folder_names == 1;
     if (find_sudo(&installer.runner) == 1) {
         installer.auth_method = auth_method_sudo;
     } else if (find_su(&installer.runner) == 1) {

@@ -5,32 +5,26 @@
 #include "installer/desktop_entry.h"
 #include "installer/embedded_payload.h"
 #include "installer/flow_timing.h"
+#include "installer/installation_plan.h"
 #include "installer/installer_state.h"
 #include "installer/main_window.h"
 #include "installer/product_settings.h"
 #include "installer/temporary_file.h"
+#include "installer/temporary_paths.h"
 #include "privilege/auth_method.h"
-#include "privilege/su_command.h"
-#include "privilege/sudo_command.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 
 namespace {
 
-constexpr const char* archive_path = "/tmp/zeph-installer-data.tar.gz";
-constexpr const char* icon_path = "/tmp/zeph-installer-desktop-icon.png";
-constexpr const char* entry_path = "/tmp/zeph-installer-desktop-file.desktop";
-
 // Bytes between two moves of the bar.
 constexpr auto progress_step = static_cast<std::uint32_t>(product.unpacking_step);
 constexpr std::int32_t progress_pause_ms = 20; // so that the person sees the bar move
-constexpr std::size_t command_size = 1024;
-constexpr mode_t installed_mode = 0644;
+constexpr mode_t shared_mode = 0644; // root's copies take it from what they are copied from
 
 bool write_bytes(std::FILE* file, const unsigned char* begin, const unsigned char* end) {
     for (const unsigned char* byte = begin; byte != end; ++byte) {
@@ -44,7 +38,8 @@ bool write_bytes(std::FILE* file, const unsigned char* begin, const unsigned cha
 bool unpack_desktop_files() {
     std::FILE* icon = temporary_file_create(icon_path);
     std::FILE* entry = temporary_file_create(entry_path);
-    bool written = icon != nullptr && entry != nullptr;
+    bool written = icon != nullptr && entry != nullptr && fchmod(fileno(icon), shared_mode) == 0 &&
+                   fchmod(fileno(entry), shared_mode) == 0;
     if (entry != nullptr) {
         written = write_desktop_entry(entry) && written;
         written = temporary_file_close(entry) && written;
@@ -76,69 +71,6 @@ bool unpack_archive(std::FILE* file) {
     return true;
 }
 
-// Runs one command as root. 0 = go on with the next.
-std::int32_t run_privileged(const char* command) {
-    if (installer.auth_method == auth_method_sudo) {
-        return sudo_run_fresh(&installer.runner, command, installer.password);
-    }
-    return su_run(&installer.runner, command, installer.password);
-}
-
-std::int32_t extract_archive(const char* folder) {
-    if (installer.auth_method == auth_method_sudo) {
-        return sudo_extract(&installer.runner, folder, installer.password);
-    }
-    return su_extract(&installer.runner, folder, installer.password);
-}
-
-// What stands in the folder must be what the archive holds.
-bool installation_is_complete(const char* folder) {
-    if (installer.auth_method == auth_method_sudo) {
-        return sudo_verify(&installer.runner, folder, installer.password);
-    }
-    return su_verify(&installer.runner, folder, installer.password);
-}
-
-// Formats a command and runs it; a command that does not fit is not run.
-[[gnu::format(printf, 1, 2)]] std::int32_t run_formatted(const char* format, ...) {
-    char command[command_size];
-    va_list arguments;
-    va_start(arguments, format);
-    const int length = std::vsnprintf(command, sizeof command, format, arguments);
-    va_end(arguments);
-    if (length < 0 || static_cast<std::size_t>(length) >= sizeof command) {
-        return 1;
-    }
-    return run_privileged(command);
-}
-
-std::int32_t install_desktop_icon_and_entry() {
-    // The copies that root makes take the mode of what they are copied from.
-    if (chmod(icon_path, installed_mode) != 0 || chmod(entry_path, installed_mode) != 0) {
-        return 1;
-    }
-    std::int32_t result =
-        run_formatted("cp -f %s %s/%s", icon_path, product.icon_folder, product.icon_file_name);
-    if (result != 0) {
-        return result;
-    }
-    result = run_formatted("cp -f %s /usr/share/applications/%s.desktop", entry_path,
-                           product.product_short_name);
-    if (result != 0) {
-        return result;
-    }
-    const char* home = std::getenv("HOME");
-    if (home == nullptr) {
-        return 1;
-    }
-    result = run_formatted("cp -f %s %s/Desktop/%s.desktop", entry_path, home,
-                           product.product_short_name);
-    if (result != 0) {
-        return result;
-    }
-    return run_formatted("chmod 777 %s/Desktop/%s.desktop", home, product.product_short_name);
-}
-
 } // namespace
 
 std::int32_t unpack_payload() {
@@ -166,26 +98,11 @@ std::int32_t copy_files() {
         return 1;
     }
     const char* chosen = installer.install_folder;
-    const char* folder = chosen != nullptr ? chosen : product.default_install_folder;
-    std::int32_t result = extract_archive(folder);
-    if (result != 0) {
-        return result;
-    }
-    if (product.verify_installation == 1 && !installation_is_complete(folder)) {
-        return 1;
-    }
-    if (product.install_desktop_files == 0) {
-        return 0;
-    }
-    result = install_desktop_icon_and_entry();
-    if (result != 0) {
-        return result;
-    }
-    struct stat status {};
-    if (product.create_extra_folder == 1 && stat(product.extra_folder, &status) != 0) {
-        result = run_formatted("mkdir -m 777 %s", product.extra_folder);
-    }
-    return result;
+    PrivilegedPlan plan;
+    make_installation_plan(&plan, product,
+                           {.folder = chosen != nullptr ? chosen : product.default_install_folder,
+                            .home = std::getenv("HOME")});
+    return run_plan(&installer.runner, installer.auth_method, plan, installer.password);
 }
 
 std::int32_t remove_temporary_files() {

@@ -1,40 +1,30 @@
-// command_words.cpp: splitting and quoting.
+// command_words.cpp: joining, splitting and quoting.
 #include "privilege/command_words.h"
 
-#include "privilege/privileged_runner.h"
-
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 namespace {
 
-bool tar_command(char (&command)[command_line_size], const char* action, const char* folder) {
-    const int length = std::snprintf(command, sizeof command, "tar %s %s -C %s", action,
-                                     extraction_archive, folder);
-    return length >= 0 && static_cast<std::size_t>(length) < sizeof command;
+constexpr char escaped_quote[] = "'\\''"; // ends the quotes, adds one, opens them again
+constexpr std::size_t escaped_quote_length = sizeof escaped_quote - 1;
+
+char* append(char* end, const char* text, std::size_t length) {
+    std::memcpy(end, text, length);
+    return end + length;
 }
 
-char* quoted_tar_command(const char* action, const char* folder) {
-    constexpr char escaped_quote[] = "'\\''"; // ends the quotes, adds one, opens them again
-    const std::size_t longest = std::strlen(folder) * std::strlen(escaped_quote);
-    const std::size_t size = command_line_size + longest;
-    auto* command = static_cast<char*>(std::malloc(size));
-    if (command == nullptr) {
-        return nullptr;
-    }
-    const int start = std::snprintf(command, size, "tar %s %s -C '", action, extraction_archive);
-    char* end = command + start;
-    for (const char* c = folder; *c != '\0'; ++c) {
+char* append_quoted(char* end, const char* word) {
+    *end++ = '\'';
+    for (const char* c = word; *c != '\0'; ++c) {
         if (*c == '\'') {
-            std::memcpy(end, escaped_quote, std::strlen(escaped_quote));
-            end += std::strlen(escaped_quote);
+            end = append(end, escaped_quote, escaped_quote_length);
         } else {
             *end++ = *c;
         }
     }
-    std::memcpy(end, "'", 2);
-    return command;
+    *end++ = '\'';
+    return end;
 }
 
 } // namespace
@@ -53,18 +43,37 @@ void split_command(CommandWords* words, const char* command_line) {
     }
 }
 
-bool extraction_command(char (&command)[command_line_size], const char* folder) {
-    return tar_command(command, "-xf", folder);
+bool plain_line(char (&line)[command_line_size], const char* const* words) {
+    char* end = line;
+    for (const char* const* word = words; *word != nullptr; ++word) {
+        const std::size_t blank = word == words ? 0 : 1;
+        const std::size_t length = std::strlen(*word);
+        if (length + blank >= static_cast<std::size_t>(line + command_line_size - end)) {
+            return false;
+        }
+        end = append(end, " ", blank);
+        end = append(end, *word, length);
+    }
+    *end = '\0';
+    return true;
 }
 
-bool comparison_command(char (&command)[command_line_size], const char* folder) {
-    return tar_command(command, "-df", folder);
-}
-
-char* quoted_extraction_command(const char* folder) {
-    return quoted_tar_command("-xf", folder);
-}
-
-char* quoted_comparison_command(const char* folder) {
-    return quoted_tar_command("-df", folder);
+char* quoted_line(const char* const* words) {
+    std::size_t size = 1;
+    for (const char* const* word = words; *word != nullptr; ++word) {
+        size += std::strlen(*word) * escaped_quote_length + 3; // two quotes and a blank
+    }
+    auto* line = static_cast<char*>(std::malloc(size));
+    if (line == nullptr) {
+        return nullptr;
+    }
+    char* end = line;
+    for (const char* const* word = words; *word != nullptr; ++word) {
+        if (word != words) {
+            *end++ = ' ';
+        }
+        end = append_quoted(end, *word);
+    }
+    *end = '\0';
+    return line;
 }

@@ -1,7 +1,7 @@
 // command_words.h: how a command reaches sudo and su.
 //
 // sudo is given words, su a line for root's shell. Commands are plain text and are split at blanks
-// without quoting or escaping; only an extraction folder can be kept in one piece. Pure, apart
+// without quoting or escaping; an exact command's words are kept in one piece each. Pure, apart
 // from the one function that allocates.
 #pragma once
 
@@ -20,14 +20,10 @@ struct CommandWords {
 // beyond the sixth are dropped, and so are the bytes of a word beyond its 253rd.
 void split_command(CommandWords* words, const char* command_line);
 
-// Writes the command that extracts the archive into folder, as plain text. false when it does not
-// fit: nobody would want it run into the first half of a folder's name.
-[[nodiscard]] bool extraction_command(char (&command)[command_line_size], const char* folder);
+// Joins the words of a command with blanks. false when the line does not fit: nobody would want a
+// command run that names the first half of a folder.
+[[nodiscard]] bool plain_line(char (&line)[command_line_size], const char* const* words);
 
-// The same, for a shell, with folder quoted so that it stays one word whatever it holds. The
-// caller frees it; null when there is no memory.
-[[nodiscard]] char* quoted_extraction_command(const char* folder);
-
-// Both again, for the command that compares what stands in folder with the archive.
-[[nodiscard]] bool comparison_command(char (&command)[command_line_size], const char* folder);
-[[nodiscard]] char* quoted_comparison_command(const char* folder);
+// The words for a shell, each quoted so that it stays one word whatever it holds. The caller frees
+// the line; null when there is no memory.
+[[nodiscard]] char* quoted_line(const char* const* words);

@@ -18,12 +18,6 @@ struct PrivilegedRunner {
     const char* title;                                 // borrowed; first argument of log lines
     const std::atomic<std::int32_t>* cancel_requested; // borrowed, never null; 1 = unwind
     void (*log)(const char* format, ...);              // borrowed; printf-style, adds nothing
-    // How the extraction folder reaches tar. true: as one word, whatever it holds (an argument of
-    // its own for sudo, quoted for su's shell). false: as plain text, split at blanks.
-    bool exact_folder_names;
     char sudo_path[1024]; // absolute path of the tool, filled by find_sudo
     char su_path[1024];   // the same, filled by find_su
 };
-
-// The archive that the extraction commands read.
-inline constexpr char extraction_archive[] = "/tmp/zeph-installer-data.tar.gz";

@@ -9,6 +9,7 @@
 // are borrowed, zero-terminated, and never copied.
 #pragma once
 
+#include "privilege/privileged_command.h"
 #include "privilege/privileged_runner.h"
 
 #include <cstdint>
@@ -16,27 +17,14 @@
 // sudo -k: 1 when it exited with status 0, else 0.
 [[nodiscard]] std::int32_t sudo_forget(PrivilegedRunner* runner);
 
-// Runs the words of command_line (at most six of 253 bytes, split at single blanks). 1 when the
-// password was accepted, or none asked for, and the command's exit status is 0; else 0. When
-// cancelling is asked for, the command is let finish for up to 30 seconds.
-[[nodiscard]] std::int32_t sudo_run(PrivilegedRunner* runner, const char* command_line,
-                                    const char* password);
-
 // Whether sudo accepts the password, asked afresh. Cancelling breaks it off at once: false.
 [[nodiscard]] bool sudo_check_password(PrivilegedRunner* runner, const char* password);
 
-// sudo_forget, then sudo_run. Always 0.
-std::int32_t sudo_run_fresh(PrivilegedRunner* runner, const char* command, const char* password);
-
-// Extracts the archive into folder, as root, and then waits five seconds for a cancel. 1 when
-// cancelled, or when the plain command for that folder would be cut; else 0, whatever became of
-// the extraction. It is carried out also when cancelling was asked for before the call.
-[[nodiscard]] std::int32_t sudo_extract(PrivilegedRunner* runner, const char* folder,
-                                        const char* password);
-
-// Whether what stands in folder is what the archive holds: tar's own comparison, as root. Goes by
-// exact_folder_names as sudo_extract does.
-[[nodiscard]] bool sudo_verify(PrivilegedRunner* runner, const char* folder, const char* password);
+// sudo_forget, then the command. It has succeeded when the password was accepted, or none asked
+// for, and its exit status is 0. When cancelling is asked for, it is let finish for up to 30
+// seconds; it is carried out also when that was asked for before the call.
+[[nodiscard]] CommandOutcome sudo_run_fresh(PrivilegedRunner* runner,
+                                            const PrivilegedCommand& command, const char* password);
 
 // Whether the rules let the user run commands: sudo as the user himself, which needs no password
 // and is given none. 1 when the exit status is 0, else 0. It waits until sudo ends; a sudo that

@@ -6,7 +6,7 @@
 //   sudo=PATH su=PATH          the tools; else where they usually are
 //   password=FILE              the password is this file's content
 //   cancel_after=MS            cancelling is asked for after that time; 0 = before the call
-//   exact=1                    exact folder names
+//   exact=1                    the folder of an extraction is one word
 //   ignore=SIGNAL-NUMBER       that signal is ignored, as a launcher may leave it
 //   no_terminal=1              no descriptor is left for a pseudo-terminal
 //   leak=1                     some descriptors are open that a child would inherit
@@ -14,6 +14,7 @@
 //   keep_password=1            the caller's own copy stays, for the search to find
 
 #include "privilege/auth_method.h"
+#include "privilege/privileged_plan.h"
 #include "privilege/su_command.h"
 #include "privilege/sudo_command.h"
 
@@ -45,6 +46,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t room = std::size_t{1} << 20; // bytes read from memory at once
 
 std::atomic<std::int32_t> cancel_requested{0};
+bool exact_folder_names = false;
 
 void log_line(const char* format, ...) {
     va_list arguments;
@@ -151,6 +153,31 @@ const char* children() {
     return child < 0 ? "none" : child == 0 ? "running" : "zombie";
 }
 
+PrivilegedCommand plain(const char* const* words) {
+    return {words, false};
+}
+
+std::int32_t extract(PrivilegedRunner* runner, std::int32_t auth_method, const char* folder,
+                     const char* password) {
+    PrivilegedPlan plan{};
+    plan_add_step(&plan, {.words = {"tar", "-xf", "/tmp/zeph-installer-data.tar.gz", "-C", folder},
+                          .exact = exact_folder_names,
+                          .failure = StepFailure::ignored,
+                          .cancel_wait = true,
+                          .unless_there = nullptr});
+    return run_plan(runner, auth_method, plan, password);
+}
+
+std::int32_t sudo_run(PrivilegedRunner* runner, const char* line, const char* password) {
+    const char* const words[] = {line, nullptr};
+    return sudo_run_fresh(runner, plain(words), password) == CommandOutcome::succeeded ? 1 : 0;
+}
+
+std::int32_t su_run_line(PrivilegedRunner* runner, const char* line, const char* password) {
+    const char* const words[] = {line, nullptr};
+    return su_run(runner, plain(words), password) == CommandOutcome::no_terminal ? 1 : 0;
+}
+
 std::int32_t call(PrivilegedRunner* runner, const std::string& entry, const char* argument,
                   const char* password) {
     const std::map<std::string, std::int32_t (*)(PrivilegedRunner*, const char*, const char*)>
@@ -160,12 +187,13 @@ std::int32_t call(PrivilegedRunner* runner, const std::string& entry, const char
             {"sudo_forget", [](auto* r, auto*, auto*) { return sudo_forget(r); }},
             {"sudo_probe", [](auto* r, auto* user, auto*) { return sudo_probe(r, user); }},
             {"sudo_run", [](auto* r, auto* a, auto* p) { return sudo_run(r, a, p); }},
-            {"sudo_run_fresh", [](auto* r, auto* a, auto* p) { return sudo_run_fresh(r, a, p); }},
-            {"sudo_extract", [](auto* r, auto* a, auto* p) { return sudo_extract(r, a, p); }},
+            {"sudo_extract",
+             [](auto* r, auto* a, auto* p) { return extract(r, auth_method_sudo, a, p); }},
             {"sudo_check_password",
              [](auto* r, auto*, auto* p) { return sudo_check_password(r, p) ? 1 : 0; }},
-            {"su_run", [](auto* r, auto* a, auto* p) { return su_run(r, a, p); }},
-            {"su_extract", [](auto* r, auto* a, auto* p) { return su_extract(r, a, p); }},
+            {"su_run", [](auto* r, auto* a, auto* p) { return su_run_line(r, a, p); }},
+            {"su_extract",
+             [](auto* r, auto* a, auto* p) { return extract(r, auth_method_su, a, p); }},
             {"su_check_password",
              [](auto* r, auto*, auto* p) { return su_check_password(r, p) ? 1 : 0; }},
         };
@@ -180,7 +208,7 @@ void apply_settings(const Settings& settings, PrivilegedRunner* runner) {
     std::snprintf(runner->sudo_path, sizeof runner->sudo_path, "%s",
                   value("sudo", "/usr/bin/sudo").c_str());
     std::snprintf(runner->su_path, sizeof runner->su_path, "%s", value("su", "/bin/su").c_str());
-    runner->exact_folder_names = value("exact", "0") == "1";
+    exact_folder_names = value("exact", "0") == "1";
     if (settings.contains("ignore")) {
         static_cast<void>(std::signal(std::stoi(settings.at("ignore")), SIG_IGN));
     }
@@ -225,7 +253,7 @@ int main(int count, char** words) {
     for (std::size_t i = 0; i < length; ++i) {
         masked.push_back(mask(password[i]));
     }
-    PrivilegedRunner runner{"Test Installer", &cancel_requested, log_line, false, {}, {}};
+    PrivilegedRunner runner{"Test Installer", &cancel_requested, log_line, {}, {}};
     apply_settings(settings, &runner);
 
     const Clock::time_point start = Clock::now();

@@ -1,4 +1,4 @@
-// How command lines are split for sudo, and how a folder is put into one.
+// How command lines are split for sudo, and how words become one for a shell.
 
 #include "privilege/command_words.h"
 
@@ -42,29 +42,36 @@ TEST(CommandWords, AreCutAfter253Bytes) {
     EXPECT_EQ(split(longest + "yz b"), Words({longest, "b"}));
 }
 
-TEST(ExtractionCommand, NamesArchiveAndFolder) {
-    char command[command_line_size];
-    ASSERT_TRUE(extraction_command(command, "/home/a b/lv2"));
-    EXPECT_STREQ(command, "tar -xf /tmp/zeph-installer-data.tar.gz -C /home/a b/lv2");
+TEST(PlainLine, JoinsWordsWithBlanks) {
+    char line[command_line_size];
+    const char* const words[] = {"tar", "-xf", "a.tar.gz", "-C", "/home/a b/lv2", nullptr};
+    ASSERT_TRUE(plain_line(line, words));
+    EXPECT_STREQ(line, "tar -xf a.tar.gz -C /home/a b/lv2");
+    const char* const one[] = {"echo", nullptr};
+    ASSERT_TRUE(plain_line(line, one));
+    EXPECT_STREQ(line, "echo");
 }
 
-TEST(ExtractionCommand, IsNotMadeWithHalfAFolder) {
-    char command[command_line_size];
-    const std::size_t rest =
-        command_line_size - 1 - std::string("tar -xf /tmp/zeph-installer-data.tar.gz -C ").size();
-    EXPECT_TRUE(extraction_command(command, std::string(rest, 'f').c_str()));
-    EXPECT_FALSE(extraction_command(command, std::string(rest + 1, 'f').c_str()));
+TEST(PlainLine, IsNotMadeWithHalfAWord) {
+    char line[command_line_size];
+    const std::size_t rest = command_line_size - 1 - std::string("tar ").size();
+    const std::string fitting(rest, 'f');
+    const char* const words[] = {"tar", fitting.c_str(), nullptr};
+    EXPECT_TRUE(plain_line(line, words));
+    EXPECT_EQ(line, "tar " + fitting);
+    const std::string longer(rest + 1, 'f');
+    const char* const too_long[] = {"tar", longer.c_str(), nullptr};
+    EXPECT_FALSE(plain_line(line, too_long));
+    const char* const blank_too_much[] = {fitting.c_str(), "abc", "", nullptr};
+    EXPECT_FALSE(plain_line(line, blank_too_much));
 }
 
-// What a shell makes of the quoted folder, the rest of the command left out.
-std::string through_shell(const std::string& folder) {
-    char* command = quoted_extraction_command(folder.c_str());
-    const std::string start = "tar -xf /tmp/zeph-installer-data.tar.gz -C ";
-    const std::string text = command != nullptr ? command : "";
-    std::free(command);
-    EXPECT_EQ(text.substr(0, start.size()), start);
-    const std::string line = "printf '%s|' " + text.substr(start.size());
-    FILE* shell = popen(line.c_str(), "r");
+// What a shell makes of the quoted word.
+std::string through_shell(const std::string& word) {
+    const char* const words[] = {"printf", "%s|", word.c_str(), nullptr};
+    char* line = quoted_line(words);
+    FILE* shell = popen(line != nullptr ? line : "false", "r");
+    std::free(line);
     std::string output;
     for (int c = shell != nullptr ? std::fgetc(shell) : EOF; c != EOF; c = std::fgetc(shell)) {
         output += static_cast<char>(c);
@@ -73,11 +80,11 @@ std::string through_shell(const std::string& folder) {
     return output;
 }
 
-TEST(ExtractionCommand, QuotedStaysOneWordForAShell) {
-    for (const std::string folder :
+TEST(QuotedLine, KeepsWordsInOnePieceForAShell) {
+    for (const std::string word :
          {"/usr/lib/lv2", "/home/a b/ lv2 ", "/it's", "/''", "/$(id)`id`", "/a;b&c|d>e", "/\"x\"",
-          "/back\\slash", "/line\nfeed", "/ümläut*?[a]", "/~", "/#"}) {
-        EXPECT_EQ(through_shell(folder), folder + "|");
+          "/back\\slash", "/line\nfeed", "/ümläut*?[a]", "/~", "/#", ""}) {
+        EXPECT_EQ(through_shell(word), word + "|");
     }
     const std::string very_long(20'000, '\'');
     EXPECT_EQ(through_shell(very_long), very_long + "|");

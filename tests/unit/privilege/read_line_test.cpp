@@ -48,7 +48,6 @@ private:
     PrivilegedRunner runner_{.title = "",
                              .cancel_requested = &cancel_requested_,
                              .log = nullptr,
-                             .exact_folder_names = false,
                              .sudo_path = {},
                              .su_path = {}};
     Dialogue dialogue_{};

@@ -1,0 +1,17 @@
+// installation_plan.h: what root does for an installation, step by step, as data. Pure.
+//
+// The steps are made of the product settings and of what is only known where the installer runs.
+// They are carried out by run_plan.
+#pragma once
+
+#include "installer/product_settings.h"
+#include "privilege/privileged_plan.h"
+
+struct InstallationSite {
+    const char* folder; // where to install, absolute
+    const char* home;   // the person's home; null = not known
+};
+
+// Fills the plan. Everything given must live as long as the plan.
+void make_installation_plan(PrivilegedPlan* plan, const ProductSettings& settings,
+                            const InstallationSite& site);

@@ -1,0 +1,76 @@
+// privileged_plan.cpp: filling a plan, and the loop that carries it out.
+#include "privilege/privileged_plan.h"
+
+#include "privilege/auth_method.h"
+#include "privilege/password_dialogue.h"
+#include "privilege/su_command.h"
+#include "privilege/sudo_command.h"
+
+#include <sys/stat.h>
+
+#include <cstdarg>
+#include <cstdio>
+
+namespace {
+
+bool is_there(const char* path) {
+    struct stat status {};
+    return path != nullptr && stat(path, &status) == 0;
+}
+
+bool ends_plan(const PlanStep& step, std::int32_t auth_method, CommandOutcome outcome) {
+    switch (outcome) {
+    case CommandOutcome::succeeded:
+        return false;
+    case CommandOutcome::not_made:
+        return true;
+    case CommandOutcome::no_terminal:
+        return auth_method == auth_method_su || step.failure == StepFailure::ends_plan;
+    case CommandOutcome::failed:
+        break;
+    }
+    return step.failure == StepFailure::ends_plan;
+}
+
+} // namespace
+
+void plan_add_step(PrivilegedPlan* plan, const PlanStep& step) {
+    if (plan->step_count == plan_steps_most) {
+        plan->falls_short = true;
+        return;
+    }
+    plan->steps[plan->step_count++] = step;
+}
+
+const char* plan_text(PrivilegedPlan* plan, const char* format, ...) {
+    char* text = plan->text + plan->text_length;
+    const std::size_t room = plan_text_size - plan->text_length;
+    va_list arguments;
+    va_start(arguments, format);
+    const int length = std::vsnprintf(text, room, format, arguments);
+    va_end(arguments);
+    if (length < 0 || static_cast<std::size_t>(length) >= room) {
+        return nullptr;
+    }
+    plan->text_length += static_cast<std::size_t>(length) + 1;
+    return text;
+}
+
+std::int32_t run_plan(PrivilegedRunner* runner, std::int32_t auth_method,
+                      const PrivilegedPlan& plan, const char* password) {
+    for (std::size_t i = 0; i < plan.step_count; ++i) {
+        const PlanStep& step = plan.steps[i];
+        if (is_there(step.unless_there)) {
+            continue;
+        }
+        const PrivilegedCommand command{step.words, step.exact};
+        const CommandOutcome outcome = auth_method == auth_method_sudo
+                                           ? sudo_run_fresh(runner, command, password)
+                                           : su_run(runner, command, password);
+        if (ends_plan(step, auth_method, outcome) ||
+            (step.cancel_wait && wait_for_cancel(runner) != 0)) {
+            return 1;
+        }
+    }
+    return plan.falls_short ? 1 : 0;
+}

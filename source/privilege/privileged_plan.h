@@ -1,0 +1,50 @@
+// privileged_plan.h: what root is to do, as data, and the one loop that does it.
+//
+// A plan is a list of steps, each a command and what its failure means. It is made without any
+// process, looked at in tests, and then carried out from the first step to the last, through sudo
+// or su alike.
+#pragma once
+
+#include "privilege/privileged_command.h"
+#include "privilege/privileged_runner.h"
+
+#include <cstddef>
+#include <cstdint>
+
+inline constexpr std::size_t plan_steps_most = 12;
+inline constexpr std::size_t plan_text_size = 16384; // bytes, with the zeros
+
+// What a failed step means. A command that cannot be made, and one that gets no terminal for su,
+// ends the plan in any case.
+enum class StepFailure {
+    ignored,   // the next step follows whatever became of this one
+    ends_plan, // so does anything but exit status 0
+};
+
+struct PlanStep {
+    const char* words[privileged_words_most + 1]; // null-terminated; borrowed
+    bool exact;                                   // see PrivilegedCommand
+    StepFailure failure;
+    bool cancel_wait;         // five seconds follow in which a cancel ends the plan
+    const char* unless_there; // when something is at this path the step is left out; null = never
+};
+
+struct PrivilegedPlan {
+    PlanStep steps[plan_steps_most];
+    std::size_t step_count;
+    bool falls_short; // more was to be done but could not be planned: the plan fails at its end
+    char text[plan_text_size]; // what is formatted for the steps' words
+    std::size_t text_length;
+};
+
+// Adds a step; sets falls_short when there is no room.
+void plan_add_step(PrivilegedPlan* plan, const PlanStep& step);
+
+// Formats a word that lives as long as the plan. Null when it does not fit.
+[[nodiscard, gnu::format(printf, 2, 3)]] const char* plan_text(PrivilegedPlan* plan,
+                                                               const char* format, ...);
+
+// Carries the plan out by auth_method (AuthMethod, not none). 0 = to its end; 1 = not, or cancelled
+// in a wait. password is borrowed.
+[[nodiscard]] std::int32_t run_plan(PrivilegedRunner* runner, std::int32_t auth_method,
+                                    const PrivilegedPlan& plan, const char* password);

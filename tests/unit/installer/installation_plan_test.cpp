@@ -1,0 +1,129 @@
+// installation_plan_test.cpp: every command of an installation, word for word, without running any.
+#include "installer/installation_plan.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr ProductSettings careful = [] {
+    ProductSettings settings = product;
+    settings.product_short_name = "tilt";
+    settings.icon_file_name = "tilt.png";
+    settings.icon_folder = "/usr/share/icons";
+    settings.extra_folder = "/usr/share/tilt-presets";
+    return settings;
+}();
+
+std::string line_of(const PlanStep& step) {
+    std::string line;
+    for (const char* const* word = step.words; *word != nullptr; ++word) {
+        line += (line.empty() ? "" : " ") + std::string(*word);
+    }
+    return line;
+}
+
+std::vector<std::string> lines_of(const PrivilegedPlan& plan) {
+    std::vector<std::string> lines;
+    for (std::size_t i = 0; i < plan.step_count; ++i) {
+        lines.push_back(line_of(plan.steps[i]));
+    }
+    return lines;
+}
+
+using Lines = std::vector<std::string>;
+
+constexpr const char* extraction = "tar -xf /tmp/zeph-installer-data.tar.gz -C /opt/my lv2";
+constexpr const char* comparison = "tar -df /tmp/zeph-installer-data.tar.gz -C /opt/my lv2";
+
+PrivilegedPlan plan_of(const ProductSettings& settings, const char* home = "/home/musician") {
+    PrivilegedPlan plan;
+    make_installation_plan(&plan, settings, {.folder = "/opt/my lv2", .home = home});
+    return plan;
+}
+
+TEST(InstallationPlan, OfTheDefaultProductIsOneExtractionThatNobodyChecks) {
+    const PrivilegedPlan plan = plan_of(product);
+    ASSERT_EQ(lines_of(plan), Lines({extraction}));
+    EXPECT_FALSE(plan.steps[0].exact);
+    EXPECT_EQ(plan.steps[0].failure, StepFailure::ignored);
+    EXPECT_TRUE(plan.steps[0].cancel_wait);
+    EXPECT_EQ(plan.steps[0].unless_there, nullptr);
+    EXPECT_FALSE(plan.falls_short);
+}
+
+TEST(InstallationPlan, WithExactFolderNamesKeepsTheFolderInOneWord) {
+    ProductSettings settings = product;
+    settings.exact_folder_names = 1;
+    const PrivilegedPlan plan = plan_of(settings);
+    EXPECT_TRUE(plan.steps[0].exact);
+    EXPECT_STREQ(plan.steps[0].words[4], "/opt/my lv2");
+}
+
+TEST(InstallationPlan, WithVerifyInstallationEndsWhenTheComparisonFails) {
+    ProductSettings settings = product;
+    settings.verify_installation = 1;
+    const PrivilegedPlan plan = plan_of(settings);
+    ASSERT_EQ(lines_of(plan), Lines({extraction, comparison}));
+    EXPECT_EQ(plan.steps[0].failure, StepFailure::ignored);
+    EXPECT_EQ(plan.steps[1].failure, StepFailure::ends_plan);
+    EXPECT_FALSE(plan.steps[1].cancel_wait);
+}
+
+TEST(InstallationPlan, WithDesktopFilesCopiesIconAndEntry) {
+    ProductSettings settings = careful;
+    settings.install_desktop_files = 1;
+    const PrivilegedPlan plan = plan_of(settings);
+    EXPECT_EQ(
+        lines_of(plan),
+        Lines({extraction, "cp -f /tmp/zeph-installer-desktop-icon.png /usr/share/icons/tilt.png",
+               "cp -f /tmp/zeph-installer-desktop-file.desktop "
+               "/usr/share/applications/tilt.desktop",
+               "cp -f /tmp/zeph-installer-desktop-file.desktop "
+               "/home/musician/Desktop/tilt.desktop",
+               "chmod 777 /home/musician/Desktop/tilt.desktop"}));
+    for (std::size_t i = 1; i < plan.step_count; ++i) {
+        EXPECT_EQ(plan.steps[i].failure, StepFailure::ignored);
+        EXPECT_FALSE(plan.steps[i].cancel_wait);
+        EXPECT_FALSE(plan.steps[i].exact);
+    }
+}
+
+TEST(InstallationPlan, MakesTheExtraFolderOnlyWithDesktopFilesAndOnlyWhenItIsMissing) {
+    ProductSettings settings = careful;
+    settings.create_extra_folder = 1;
+    EXPECT_EQ(plan_of(settings).step_count, 1U);
+    settings.install_desktop_files = 1;
+    const PrivilegedPlan plan = plan_of(settings);
+    ASSERT_EQ(plan.step_count, 6U);
+    EXPECT_EQ(line_of(plan.steps[5]), "mkdir -m 777 /usr/share/tilt-presets");
+    EXPECT_STREQ(plan.steps[5].unless_there, "/usr/share/tilt-presets");
+}
+
+TEST(InstallationPlan, WithoutAHomeFallsShortAfterTheTwoCommonCopies) {
+    ProductSettings settings = careful;
+    settings.install_desktop_files = 1;
+    settings.create_extra_folder = 1;
+    const PrivilegedPlan plan = plan_of(settings, nullptr);
+    EXPECT_EQ(plan.step_count, 3U);
+    EXPECT_TRUE(plan.falls_short);
+    const std::string endless(plan_text_size, 'h');
+    EXPECT_EQ(plan_of(settings, endless.c_str()).step_count, 3U);
+    EXPECT_TRUE(plan_of(settings, endless.c_str()).falls_short);
+}
+
+TEST(Plan, WithTooManyStepsFallsShort) {
+    PrivilegedPlan plan{};
+    const PlanStep step{{"true"}, false, StepFailure::ignored, false, nullptr};
+    for (std::size_t i = 0; i < plan_steps_most; ++i) {
+        plan_add_step(&plan, step);
+    }
+    EXPECT_FALSE(plan.falls_short);
+    plan_add_step(&plan, step);
+    EXPECT_TRUE(plan.falls_short);
+    EXPECT_EQ(plan.step_count, plan_steps_most);
+}
+
+} // namespace
