@@ -157,15 +157,32 @@ PrivilegedCommand plain(const char* const* words) {
     return {words, false};
 }
 
+std::int32_t carry_out(PrivilegedRunner* runner, std::int32_t auth_method, const PlanStep& step,
+                       const char* password) {
+    PrivilegedPlan plan{};
+    plan_add_step(&plan, step);
+    return run_plan(runner, auth_method, plan, password);
+}
+
 std::int32_t extract(PrivilegedRunner* runner, std::int32_t auth_method, const char* folder,
                      const char* password) {
-    PrivilegedPlan plan{};
-    plan_add_step(&plan, {.words = {"tar", "-xf", "/tmp/zeph-installer-data.tar.gz", "-C", folder},
-                          .exact = exact_folder_names,
-                          .failure = StepFailure::ignored,
-                          .cancel_wait = true,
-                          .unless_there = nullptr});
-    return run_plan(runner, auth_method, plan, password);
+    return carry_out(runner, auth_method,
+                     {.words = {"tar", "-xf", "/tmp/zeph-installer-data.tar.gz", "-C", folder},
+                      .exact = exact_folder_names,
+                      .failure = StepFailure::ignored,
+                      .cancel_wait = true,
+                      .unless_there = nullptr},
+                     password);
+}
+
+std::int32_t sudo_step(PrivilegedRunner* runner, const char* line, const char* password) {
+    return carry_out(runner, auth_method_sudo,
+                     {.words = {line},
+                      .exact = false,
+                      .failure = StepFailure::ignored,
+                      .cancel_wait = false,
+                      .unless_there = nullptr},
+                     password);
 }
 
 std::int32_t sudo_run(PrivilegedRunner* runner, const char* line, const char* password) {
@@ -187,6 +204,7 @@ std::int32_t call(PrivilegedRunner* runner, const std::string& entry, const char
             {"sudo_forget", [](auto* r, auto*, auto*) { return sudo_forget(r); }},
             {"sudo_probe", [](auto* r, auto* user, auto*) { return sudo_probe(r, user); }},
             {"sudo_run", [](auto* r, auto* a, auto* p) { return sudo_run(r, a, p); }},
+            {"sudo_run_fresh", [](auto* r, auto* a, auto* p) { return sudo_step(r, a, p); }},
             {"sudo_extract",
              [](auto* r, auto* a, auto* p) { return extract(r, auth_method_sudo, a, p); }},
             {"sudo_check_password",
