@@ -48,6 +48,11 @@ bool asks_silently(const Dialogue* dialogue) {
            pty_child_typing(&dialogue->child) == PtyTyping::hidden;
 }
 
+bool asks_as_sudo_rs(const Dialogue* dialogue) {
+    return dialogue->text.sudo_rs_line && quiet_ms(dialogue) >= prompt_settled_ms &&
+           pty_child_typing(&dialogue->child) == PtyTyping::hidden;
+}
+
 bool asks_what_nobody_answers(const Dialogue* dialogue) {
     return dialogue->text.line_is_open && quiet_ms(dialogue) >= strange_question_ms &&
            pty_child_typing(&dialogue->child) == PtyTyping::hidden;
@@ -82,7 +87,8 @@ std::size_t hear_and_forget(Dialogue* dialogue, std::int32_t patience_ms) {
 }
 
 bool has_complained(const Dialogue* dialogue) {
-    return dialogue->answered && dialogue->rule == PromptRule::named && dialogue->text.complained;
+    const bool by_sudo = dialogue->rule == PromptRule::named && dialogue->text.complained;
+    return dialogue->answered && (by_sudo || dialogue->text.failed);
 }
 
 bool is_refused(const Dialogue* dialogue) {
@@ -153,6 +159,18 @@ bool dialogue_await_prompt(Dialogue* dialogue) {
         judge(dialogue);
     }
     return false;
+}
+
+bool dialogue_await_sudo_rs(Dialogue* dialogue) {
+    while (dialogue->state == DialogueState::open) {
+        listen(dialogue);
+        // Another sudo that has just hidden what is typed may still write its prompt.
+        if (dialogue->state == DialogueState::open && asks_as_sudo_rs(dialogue) &&
+            hear_and_forget(dialogue, prompt_settled_ms) == 0 && asks_as_sudo_rs(dialogue)) {
+            dialogue->state = DialogueState::asked;
+        }
+    }
+    return dialogue->state == DialogueState::asked;
 }
 
 void dialogue_answer(Dialogue* dialogue, const char* password) {

@@ -12,6 +12,9 @@
 // needs no language), or when a question that is not understood stands for ten seconds in a
 // terminal that hides the answer: nobody will ever give one.
 //
+// sudo-rs asks for the password even of a person who wants to be nobody else. Where nothing is to
+// be typed, that it asks is all there is to know, and it is hung up on.
+//
 // A refusal hangs up on the child. Cancelling hangs up too, once the dialogue's grace is over: at
 // once while a password is only being checked, after thirty seconds while a command is at work, so
 // that an extraction under way is not cut in half. Until then everything goes its ordinary way,
@@ -33,12 +36,14 @@ enum class DialogueState {
     ended,     // it has ended by itself
     refused,   // it does not accept the password
     cancelled, // the person gave up, and the grace is over
+    asked,     // sudo-rs asks, and nothing is to be typed
 };
 
 // What counts as a first prompt, and whether words can refuse.
 enum class PromptRule {
     named, // sudo: the word "password" in whatever text; a complaint refuses
-    any,   // su: anything that hides what is typed; a complaint is only followed by su's end
+    any,   // su: anything that hides what is typed; a complaint other than that of sudo-rs's su is
+           // only followed by su's end
 };
 
 // What the dialogue is for.
@@ -73,6 +78,10 @@ inline constexpr std::size_t pty_line_size = 255;
 // Waits for the first prompt. true = it is there; false = the state is no longer open.
 [[nodiscard]] bool dialogue_await_prompt(Dialogue* dialogue);
 
+// Listens without typing until the state is no longer open. true = sudo-rs asks for a password, and
+// the state is asked.
+[[nodiscard]] bool dialogue_await_sudo_rs(Dialogue* dialogue);
+
 // Types the password with its terminating zero, then a line feed, and pauses.
 void dialogue_answer(Dialogue* dialogue, const char* password);
 
@@ -81,8 +90,8 @@ void dialogue_answer(Dialogue* dialogue, const char* password);
 void read_pty_line(Dialogue* dialogue, char (&line)[pty_line_size]);
 
 // Waits until the state is no longer open, and for the child. true when it has ended by itself with
-// exit status 0 (or by a signal, which leaves that status 0). The master is closed after a refusal
-// or a cancel; otherwise it stays open.
+// exit status 0 (or by a signal, which leaves that status 0). The master is closed when the child
+// was hung up on; otherwise it stays open.
 [[nodiscard]] bool dialogue_finish(Dialogue* dialogue);
 
 // The wait after an extraction: 5,000 rounds of a millisecond. 1 as soon as cancelling is asked

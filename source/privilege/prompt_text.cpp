@@ -6,6 +6,10 @@ namespace {
 constexpr char password_word[] = "password";
 constexpr char sorry_word[] = "sorry";
 constexpr char try_again_word[] = "try again";
+constexpr char failed_word[] = ": authentication failed, try again";
+constexpr char sudo_word[] = "[sudo] ";
+constexpr char sudo_rs_beginning[] = "[sudo: ";
+constexpr std::uint8_t begins_otherwise = 255;
 
 // tolower would follow the locale; the child speaks plain ASCII.
 char lower(char c) {
@@ -28,7 +32,23 @@ bool match(const char* word, std::uint8_t* matched, char c) {
     return true;
 }
 
+// The line so far is the first sudo_rs_matched bytes of the beginning, or begins otherwise.
+void feed_beginning(PromptText* text, char c) {
+    std::uint8_t* matched = &text->sudo_rs_matched;
+    if (*matched < sizeof sudo_rs_beginning - 1) {
+        const bool goes_on = c == sudo_rs_beginning[*matched];
+        *matched = goes_on ? static_cast<std::uint8_t>(*matched + 1) : begins_otherwise;
+        text->sudo_rs_line = *matched == sizeof sudo_rs_beginning - 1;
+    }
+    if (match(sudo_word, &text->sudo_matched, c)) {
+        text->sudo_rs_line = false;
+    }
+}
+
 void feed_complaint(PromptText* text, char c) {
+    if (match(failed_word, &text->failed_matched, c)) {
+        text->failed = true;
+    }
     if (match(sorry_word, &text->sorry_matched, c)) {
         text->sorry_end = text->length;
     }
@@ -49,8 +69,12 @@ void feed_byte(PromptText* text, char c) {
         text->answer_line = false;
         text->line_is_open = false;
         text->prompt_is_open = false;
-    } else if (static_cast<unsigned char>(c) > ' ') {
-        text->line_is_open = true;
+        text->sudo_rs_line = false;
+        text->sudo_rs_matched = 0;
+        text->sudo_matched = 0;
+    } else {
+        text->line_is_open = text->line_is_open || static_cast<unsigned char>(c) > ' ';
+        feed_beginning(text, c);
     }
     if (match(password_word, &text->password_matched, c)) {
         text->prompt_is_open = true;
@@ -76,4 +100,5 @@ void prompt_text_answered(PromptText* text) {
     *text = PromptText{};
     text->answer_line = true;
     text->line_is_open = line_is_open;
+    text->sudo_rs_matched = begins_otherwise;
 }

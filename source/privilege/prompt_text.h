@@ -6,7 +6,12 @@
 //
 // Words are recognised whatever their case. A prompt is the word "password" in a line that has not
 // ended yet; the same word in an ended line (a lecture, a file name) only counts as a mention. A
-// complaint is "Sorry" and "try again" within one reading's length of each other.
+// complaint is "Sorry" and "try again" within one reading's length of each other. sudo-rs and its
+// su have their own: ": Authentication failed, try again" behind their name.
+//
+// What sudo-rs asks it begins with "[sudo: " and what for, whatever the language; the other sudo's
+// prompt begins with "[sudo] ". A line is only shaped like a question: whether somebody is asked,
+// the terminal knows, which hides what is typed then.
 //
 // Pure: no process, no clock, no allocation; nothing here can fail.
 #pragma once
@@ -25,11 +30,17 @@ struct PromptText {
     std::uint8_t password_matched; // bytes of each word matched so far
     std::uint8_t sorry_matched;
     std::uint8_t try_again_matched;
-    bool answer_line;      // still in the line that an answer was typed into
-    bool line_is_open;     // the last line holds something visible and has not ended
-    bool prompt_is_open;   // the last line has not ended and holds "password"
-    bool prompt_mentioned; // "password" has been seen in any line
-    bool complained;       // a complaint has been seen
+    std::uint8_t failed_matched;
+    std::uint8_t sudo_matched;
+    std::uint8_t sudo_rs_matched; // the same, from the line's beginning
+    bool answer_line;             // still in the line that an answer was typed into
+    bool line_is_open;            // the last line holds something visible and has not ended
+    bool prompt_is_open;          // the last line has not ended and holds "password"
+    bool prompt_mentioned;        // "password" has been seen in any line
+    bool sudo_rs_line; // the last line has not ended, begins as sudo-rs's questions do, and no
+                       // prompt of the other sudo follows in it
+    bool complained;   // a complaint has been seen
+    bool failed;       // one of sudo-rs or its su has been seen
 };
 
 // A recogniser that has seen nothing.

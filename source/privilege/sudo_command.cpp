@@ -38,20 +38,32 @@ bool make_arguments(SudoArguments* arguments, const PrivilegedRunner* runner,
     return true;
 }
 
+bool start(Dialogue* dialogue, PrivilegedRunner* runner, const char* const* arguments,
+           DialoguePurpose purpose) {
+    if (dialogue_start(dialogue, runner, arguments, PromptRule::named, purpose)) {
+        return true;
+    }
+    runner->log("** ERROR ** %s: failed to fork pty for sudo\n", runner->title);
+    return false;
+}
+
+CommandOutcome finish(Dialogue* dialogue) {
+    const bool succeeded = dialogue_finish(dialogue);
+    pty_child_hang_up(&dialogue->child);
+    return succeeded ? CommandOutcome::succeeded : CommandOutcome::failed;
+}
+
 // Without a password nothing is answered, whatever is asked.
 CommandOutcome run(PrivilegedRunner* runner, const char* const* arguments, const char* password,
                    DialoguePurpose purpose) {
     Dialogue dialogue;
-    if (!dialogue_start(&dialogue, runner, arguments, PromptRule::named, purpose)) {
-        runner->log("** ERROR ** %s: failed to fork pty for sudo\n", runner->title);
+    if (!start(&dialogue, runner, arguments, purpose)) {
         return CommandOutcome::no_terminal;
     }
     if (password != nullptr && dialogue_await_prompt(&dialogue)) {
         dialogue_answer(&dialogue, password);
     }
-    const bool succeeded = dialogue_finish(&dialogue);
-    pty_child_hang_up(&dialogue.child);
-    return succeeded ? CommandOutcome::succeeded : CommandOutcome::failed;
+    return finish(&dialogue);
 }
 
 CommandOutcome run_fresh(PrivilegedRunner* runner, const PrivilegedCommand& command,
@@ -84,5 +96,10 @@ CommandOutcome sudo_run_fresh(PrivilegedRunner* runner, const PrivilegedCommand&
 
 std::int32_t sudo_probe(PrivilegedRunner* runner, const char* user) {
     const char* const arguments[] = {runner->sudo_path, "-u", user, "echo", nullptr};
-    return run(runner, arguments, nullptr, DialoguePurpose::check) == CommandOutcome::succeeded;
+    Dialogue dialogue;
+    if (!start(&dialogue, runner, arguments, DialoguePurpose::check)) {
+        return 0;
+    }
+    const bool asks = dialogue_await_sudo_rs(&dialogue);
+    return finish(&dialogue) == CommandOutcome::succeeded || asks ? 1 : 0;
 }

@@ -28,5 +28,7 @@
 
 // Whether the rules let the user run commands: sudo as the user himself, which needs no password
 // and is given none. 1 when the exit status is 0, else 0. It waits until sudo ends; a sudo that
-// asks all the same is hung up on after ten seconds.
+// asks all the same is hung up on after ten seconds. But sudo-rs asks only people whom its rules
+// let run commands, and asks nearly all of them: as soon as it does, it is hung up on, and the
+// result is 1.
 [[nodiscard]] std::int32_t sudo_probe(PrivilegedRunner* runner, const char* user);

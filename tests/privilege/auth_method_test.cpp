@@ -80,6 +80,53 @@ TEST_F(AuthMethodSearch, TheProbeAsksAboutTheCallingUser) {
     EXPECT_EQ(words, "-u user1 echo");
 }
 
+// What a played sudo asks that is told to run a command as the person themselves.
+class ProbeThatIsAsked : public AuthMethodSearch {
+protected:
+    RunnerOutcome find_played(std::vector<std::string> settings) {
+        settings.insert(settings.end(), {"probe=ask", "password=correct horse"});
+        hide_all("sudo");
+        const std::string played = support::install_stand_in("sudo", settings);
+        std::filesystem::rename(played, "/usr/bin/sudo");
+        std::filesystem::rename(played + ".play", "/usr/bin/sudo.play");
+        return find("find_sudo");
+    }
+};
+
+TEST_F(ProbeThatIsAsked, BySudoRsHasFoundSudoAtOnce) {
+    for (const char* prompt :
+         {"[sudo: authenticate] Password: ", "[sudo: authenticate] Mot de passe : "}) {
+        const RunnerOutcome outcome =
+            find_played({std::string("prompt=") + prompt, "hide=after", "hide_ms=300"});
+        EXPECT_EQ(outcome.result, 1) << prompt << outcome.text;
+        EXPECT_TRUE(says(outcome, sudo_line));
+        EXPECT_LT(outcome.time_ms, 5000) << prompt;
+        EXPECT_EQ(outcome.descriptors, "none");
+        EXPECT_EQ(outcome.children, "none");
+    }
+}
+
+TEST_F(ProbeThatIsAsked, ByAnotherSudoHasNotFoundOne) {
+    const std::string shaped = "[sudo: authenticate] Password: ";
+    for (const std::vector<std::string>& settings : std::vector<std::vector<std::string>>{
+             {"prompt=[sudo] password for anna: "},
+             {"lecture=" + shaped, "prompt=[sudo] password for anna: "},
+             {"lecture=" + shaped + "\\n", "prompt=password"}}) {
+        const RunnerOutcome outcome = find_played(settings);
+        EXPECT_EQ(outcome.result, 0) << settings[0] << outcome.text;
+        EXPECT_FALSE(says(outcome, sudo_line));
+        EXPECT_EQ(outcome.children, "none");
+    }
+}
+
+// A lecture, or a login module that tells something: nobody is asked, and it goes on.
+TEST_F(ProbeThatIsAsked, ByALineThatHidesNothingWaitsForTheEnd) {
+    const RunnerOutcome outcome =
+        find_played({"lecture=[sudo: authenticate] Password: ", "wait=3000", "prompt=", "tries=0"});
+    EXPECT_EQ(outcome.result, 0) << outcome.text;
+    EXPECT_GE(outcome.time_ms, 3000);
+}
+
 TEST_F(AuthMethodSearch, ExistenceDecidesWhetherSudoIsTried) {
     hide_all("sudo");
     support::write_file("/usr/bin/sudo", "not executable", 0644);

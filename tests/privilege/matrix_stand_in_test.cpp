@@ -75,6 +75,8 @@ TEST_F(StandInMatrix, OtherSudos) {
             {"sudo-rs 0.2.13, translated", false,
              with(sudo_rs_0_2_8, {"stars=1", "complaint=sudo: Anmeldung gescheitert.\\r\\n"}), 6000,
              8000},
+            {"sudo-rs, slow to ask again", false, with(sudo_rs_0_2_8, {"wait_again=20000"}), 6000,
+             8000},
             {"sudo 1.8, lecture over 255 bytes", false, with(sudo_1_8, {"lecture=" + lecture}),
              6000, 8000},
             {"sudo 1.8, lecture, prompt 3 s later", false,
@@ -99,6 +101,8 @@ TEST_F(StandInMatrix, OtherSus) {
         rows_of({
             {"su of sudo-rs 0.2.8", true, su_of_sudo_rs, 6000, 8000},
             {"su of sudo-rs, asterisks", true, with(su_of_sudo_rs, {"stars=1"}), 6000, 8000},
+            {"su of sudo-rs, slow to ask again", true, with(su_of_sudo_rs, {"wait_again=20000"}),
+             6000, 8000},
             {"su, translated prompt",
              true,
              {"prompt=Passwort: ", "hide=after", "tries=1", "farewell=su: Fehler\\r\\n"},

@@ -5,6 +5,7 @@
 //   password=TEXT       the right one
 //   lecture=TEXT        said first, after lecture_ms milliseconds
 //   wait=MS             between lecture and prompt: a slow module
+//   wait_again=MS       before it asks again
 //   prompt=TEXT         second_prompt=TEXT if it is another one the second time
 //   hide=before|after|never   echo is switched off before the prompt, after it, or not at all;
 //                       hide_ms=MS passes between a prompt and its hiding after it
@@ -174,6 +175,9 @@ int main(int count, char** words) {
     pause("wait");
     const int tries = std::stoi(value("tries", "3"));
     for (int tried = 0; tried < tries; ++tried) {
+        if (tried > 0) {
+            pause("wait_again");
+        }
         if (ask(tried > 0)) {
             return run(command);
         }

@@ -27,11 +27,11 @@ PromptText after_answer(const std::string& text) {
     return state;
 }
 
-using Findings = std::tuple<bool, bool, bool, bool, bool>;
+using Findings = std::tuple<bool, bool, bool, bool, bool, bool, bool>;
 
 Findings findings(const PromptText& state) {
     return {state.prompt_is_open, state.prompt_mentioned, state.complained, state.line_is_open,
-            state.answer_line};
+            state.answer_line,    state.sudo_rs_line,     state.failed};
 }
 
 TEST(PromptText, KnowsThePromptsOfEveryTool) {
@@ -79,6 +79,34 @@ TEST(PromptText, TheComplaintNeedsBothHalvesNearEachOther) {
     EXPECT_FALSE(after_answer("\r\nSorry.\r\n").complained);
     EXPECT_FALSE(after_answer("\r\nsudo: Authentication failed, try again.\r\n").complained);
     EXPECT_FALSE(after_answer("\r\nsorry" + std::string(255, '.') + "try again").complained);
+}
+
+TEST(PromptText, SudoRsAndItsSuSayThatTheyFailed) {
+    EXPECT_TRUE(after_answer("\r\nsudo: Authentication failed, try again.\r\n").failed);
+    EXPECT_TRUE(after_answer("***\x1b[0K\r\nsu: Authentication failed, try again.\r\n").failed);
+    EXPECT_TRUE(after_answer(":: authentication failed, TRY AGAIN").failed);
+    EXPECT_FALSE(after_answer("\r\nsu: Authentication failure\r\n").failed);
+    EXPECT_FALSE(after_answer("\r\nAuthentication failed, try again.\r\n").failed);
+    EXPECT_FALSE(after_answer("\r\nSorry, try again.\r\n").failed);
+}
+
+TEST(PromptText, AQuestionOfSudoRsIsKnownByHowItsLineBegins) {
+    for (const char* text :
+         {"[sudo: authenticate] Password: ", "[sudo: authenticate] Mot de passe : ", "[sudo: ",
+          "A lecture\r\n[sudo: authenticate] Password: "}) {
+        EXPECT_TRUE(after(text).sudo_rs_line) << text;
+    }
+    for (const char* text :
+         {"[sudo] password for anna: ", "[sudo:", "[sudo:]", " [sudo: authenticate] Password: ",
+          "[SUDO: authenticate] Password: ", "see [sudo: authenticate] Password: ",
+          "[sudo: authenticate] Password: \r\n", "[sudo: authenticate] Password: \r\n.",
+          "[[sudo: authenticate] Password: ", "[su: authenticate] Password: ",
+          "[sudo: authenticate] Password: [sudo] password for anna: "}) {
+        EXPECT_FALSE(after(text).sudo_rs_line) << text;
+    }
+    EXPECT_FALSE(after_answer("[sudo: authenticate] Password: ").sudo_rs_line)
+        << "in the line of the answer";
+    EXPECT_TRUE(after_answer("\r\n[sudo: authenticate] Password: ").sudo_rs_line);
 }
 
 TEST(PromptText, AnAnswerMakesTheOldPromptForgotten) {
@@ -147,7 +175,12 @@ const std::vector<std::string>& pieces() {
                                                    "\x1b[0K",
                                                    std::string(1, '\0'),
                                                    std::string(200, '.'),
-                                                   "Authentication failed"};
+                                                   "Authentication failed",
+                                                   ": Authentication failed, ",
+                                                   "[sudo: ",
+                                                   "[sudo",
+                                                   "[sudo] ",
+                                                   ": "};
     return texts;
 }
 
@@ -173,6 +206,16 @@ bool complaint_in(const std::string& text) {
         }
     }
     return false;
+}
+
+const std::string failed_complaint = ": authentication failed, try again";
+
+bool asks_as_sudo_rs(const std::string& text, bool answered) {
+    const auto end = text.rfind('\n');
+    const std::string line = end == std::string::npos ? text : text.substr(end + 1);
+    // The answer stands in a line that began before.
+    return (!answered || end != std::string::npos) && line.starts_with("[sudo: ") &&
+           line.find("[sudo] ") == std::string::npos;
 }
 
 TEST(PromptText, RecognisesTheSameAtEverySplitOfRandomTexts) {
@@ -203,8 +246,12 @@ TEST(PromptText, RecognisesTheSameAtEverySplitOfRandomTexts) {
             return static_cast<unsigned char>(c) > ' ';
         });
         const Findings expected = {last_line.find("password") != std::string::npos,
-                                   plain.find("password") != std::string::npos, complaint_in(text),
-                                   visible, answered && line_start == std::string::npos};
+                                   plain.find("password") != std::string::npos,
+                                   complaint_in(text),
+                                   visible,
+                                   answered && line_start == std::string::npos,
+                                   asks_as_sudo_rs(text, answered),
+                                   plain.find(failed_complaint) != std::string::npos};
         ASSERT_EQ(findings(split), expected) << "round " << round << ", text: " << text;
     }
 }
