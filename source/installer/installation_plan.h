@@ -8,8 +8,8 @@
 #include "privilege/privileged_plan.h"
 
 struct InstallationSite {
-    const char* folder; // where to install, absolute
-    const char* home;   // the person's home; null = not known
+    const char* folder;  // where to install, absolute
+    const char* desktop; // the folder of the person's desktop; null = not known
 };
 
 // Fills the plan. Everything given must live as long as the plan.

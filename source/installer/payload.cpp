@@ -3,6 +3,7 @@
 
 #include "installer/console_log.h"
 #include "installer/desktop_entry.h"
+#include "installer/desktop_folder.h"
 #include "installer/embedded_payload.h"
 #include "installer/flow_timing.h"
 #include "installer/installation_plan.h"
@@ -71,6 +72,16 @@ bool unpack_archive(std::FILE* file) {
     return true;
 }
 
+// false when HOME is not known.
+bool find_desktop(char (&folder)[PATH_MAX]) {
+    const char* home = std::getenv("HOME");
+    if (home == nullptr) {
+        return false;
+    }
+    return product.find_desktop_folder == 1 ? find_desktop_folder(folder, home)
+                                            : default_desktop_folder(folder, home);
+}
+
 } // namespace
 
 std::int32_t unpack_payload() {
@@ -98,10 +109,11 @@ std::int32_t copy_files() {
         return 1;
     }
     const char* chosen = installer.install_folder;
+    char desktop[PATH_MAX];
     PrivilegedPlan plan;
     make_installation_plan(&plan, product,
                            {.folder = chosen != nullptr ? chosen : product.default_install_folder,
-                            .home = std::getenv("HOME")});
+                            .desktop = find_desktop(desktop) ? desktop : nullptr});
     return run_plan(&installer.runner, installer.auth_method, plan, installer.password);
 }
 

@@ -20,10 +20,11 @@ struct ProductSettings {
     const char* extra_folder;           // a folder to create after copying
     std::int32_t create_extra_folder;   // 1 = create extra_folder when it does not exist
     std::int32_t install_desktop_files; // 1 = install the desktop entry and the icon
+    std::int32_t find_desktop_folder;   // 1 = ask the desktop's settings where its folder is
     std::int32_t archive_size;          // bytes of the embedded archive
     std::int32_t unpacking_step;        // bytes written between two moves of the bar
     std::int32_t verify_installation;   // 1 = compare the installed files with the payload
-    std::int32_t exact_folder_names;    // 1 = the folder reaches tar as one word, whatever it holds
+    std::int32_t exact_folder_names;    // 1 = each path is one word for root, whatever it holds
 };
 
 inline constexpr ProductSettings product = {
@@ -39,6 +40,7 @@ inline constexpr ProductSettings product = {
     .extra_folder = "",
     .create_extra_folder = 0,
     .install_desktop_files = 0,
+    .find_desktop_folder = 0,
     .archive_size = 1058756,
     .unpacking_step = 8192,
     .verify_installation = 0,

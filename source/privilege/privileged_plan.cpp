@@ -7,6 +7,7 @@
 #include "privilege/sudo_command.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdarg>
 #include <cstdio>
@@ -16,6 +17,14 @@ namespace {
 bool is_there(const char* path) {
     struct stat status {};
     return path != nullptr && stat(path, &status) == 0;
+}
+
+// Root would follow it wherever it leads.
+void remove_link(const char* path) {
+    struct stat status {};
+    if (path != nullptr && lstat(path, &status) == 0 && S_ISLNK(status.st_mode)) {
+        unlink(path);
+    }
 }
 
 bool ends_plan(const PlanStep& step, std::int32_t auth_method, CommandOutcome outcome) {
@@ -63,6 +72,7 @@ std::int32_t run_plan(PrivilegedRunner* runner, std::int32_t auth_method,
         if (is_there(step.unless_there)) {
             continue;
         }
+        remove_link(step.link_removed);
         const PrivilegedCommand command{step.words, step.exact};
         const CommandOutcome outcome = auth_method == auth_method_sudo
                                            ? sudo_run_fresh(runner, command, password)

@@ -22,11 +22,12 @@ enum class StepFailure {
 };
 
 struct PlanStep {
-    const char* words[privileged_words_most + 1]; // null-terminated; borrowed
-    bool exact;                                   // see PrivilegedCommand
-    StepFailure failure;
-    bool cancel_wait;         // five seconds follow in which a cancel ends the plan
-    const char* unless_there; // when something is at this path the step is left out; null = never
+    const char* words[privileged_words_most + 1] = {}; // null-terminated; borrowed
+    bool exact = false;                                // see PrivilegedCommand
+    StepFailure failure = StepFailure::ignored;
+    bool cancel_wait = false;           // five seconds follow in which a cancel ends the plan
+    const char* unless_there = nullptr; // when something is at this path the step is left out
+    const char* link_removed = nullptr; // a link at this path is removed first, as the person
 };
 
 struct PrivilegedPlan {

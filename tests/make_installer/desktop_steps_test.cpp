@@ -107,6 +107,48 @@ TEST(DesktopSteps, AnExtraFolderThatIsThereStaysAsItIs) {
     expect_clean_end(scenario);
 }
 
+// Root would write through it, and open what it leads to for everybody.
+TEST(DesktopSteps, ALinkOnTheDesktopIsReplacedAndWhatItLeadsToStaysAsItIs) {
+    for (const Rights rights : {Rights::sudo, Rights::only_su}) {
+        Scenario scenario(options_of(rights));
+        make_desktop(scenario);
+        const std::string entry = scenario.account().home + "/Desktop/lantern-tilt.desktop";
+        support::write_file("/etc/precious", "precious", 0600);
+        fs::create_symlink("/etc/precious", entry);
+        ASSERT_EQ(lchown(entry.c_str(), scenario.account().uid, scenario.account().gid), 0);
+        install(scenario,
+                rights == Rights::sudo ? end_to_end::user_password : end_to_end::root_password);
+        EXPECT_EQ(faults::text_of("/etc/precious"), "precious");
+        EXPECT_EQ(fs::status("/etc/precious").permissions(),
+                  fs::perms::owner_read | fs::perms::owner_write);
+        EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(entry)));
+        EXPECT_NE(faults::text_of(entry).find("Type=Application"), std::string::npos);
+        expect_clean_end(scenario);
+    }
+}
+
+TEST(DesktopSteps, TheEntryGoesToADesktopOfAnotherNameInAHomeWithBlanksAndQuotes) {
+    for (const Rights rights : {Rights::sudo, Rights::only_su}) {
+        Scenario scenario(options_of(rights));
+        const std::string home = scenario.account().home + "/It's \"my\" home";
+        for (const char* folder : {"", "/.config", "/Mein Schreibtisch", "/Desktop"}) {
+            fs::create_directory(home + folder);
+            support::give_to(scenario.account(), home + folder);
+        }
+        support::write_file(home + "/.config/user-dirs.dirs",
+                            "# comment\nXDG_DESKTOP_DIR=\"$HOME/Mein Schreibtisch\"\n");
+        faults::start_through_shell(scenario, "export HOME=\"$HOME/It's \\\"my\\\" home\"");
+        install(scenario,
+                rights == Rights::sudo ? end_to_end::user_password : end_to_end::root_password);
+        const std::string entry = home + "/Mein Schreibtisch/lantern-tilt.desktop";
+        EXPECT_NE(faults::text_of(entry).find("Type=Application"), std::string::npos)
+            << scenario.console();
+        EXPECT_EQ(fs::status(entry).permissions(), fs::perms::all);
+        EXPECT_TRUE(fs::is_empty(home + "/Desktop"));
+        expect_clean_end(scenario);
+    }
+}
+
 class PreparedDesktopFile : public testing::TestWithParam<const char*> {
 protected:
     // The run must not write, and must say so.

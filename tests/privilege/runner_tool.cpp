@@ -169,20 +169,12 @@ std::int32_t extract(PrivilegedRunner* runner, std::int32_t auth_method, const c
     return carry_out(runner, auth_method,
                      {.words = {"tar", "-xf", "/tmp/zeph-installer-data.tar.gz", "-C", folder},
                       .exact = exact_folder_names,
-                      .failure = StepFailure::ignored,
-                      .cancel_wait = true,
-                      .unless_there = nullptr},
+                      .cancel_wait = true},
                      password);
 }
 
 std::int32_t sudo_step(PrivilegedRunner* runner, const char* line, const char* password) {
-    return carry_out(runner, auth_method_sudo,
-                     {.words = {line},
-                      .exact = false,
-                      .failure = StepFailure::ignored,
-                      .cancel_wait = false,
-                      .unless_there = nullptr},
-                     password);
+    return carry_out(runner, auth_method_sudo, {.words = {line}}, password);
 }
 
 std::int32_t sudo_run(PrivilegedRunner* runner, const char* line, const char* password) {

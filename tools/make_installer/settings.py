@@ -15,6 +15,7 @@ FILE_NAME = "product.toml"
 SWITCHES = (
     "create_extra_folder",
     "install_desktop_files",
+    "find_desktop_folder",
     "verify_installation",
     "exact_folder_names",
 )

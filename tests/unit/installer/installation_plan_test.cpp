@@ -38,9 +38,10 @@ using Lines = std::vector<std::string>;
 constexpr const char* extraction = "tar -xf /tmp/zeph-installer-data.tar.gz -C /opt/my lv2";
 constexpr const char* comparison = "tar -df /tmp/zeph-installer-data.tar.gz -C /opt/my lv2";
 
-PrivilegedPlan plan_of(const ProductSettings& settings, const char* home = "/home/musician") {
+PrivilegedPlan plan_of(const ProductSettings& settings,
+                       const char* desktop = "/home/musician/Desktop") {
     PrivilegedPlan plan;
-    make_installation_plan(&plan, settings, {.folder = "/opt/my lv2", .home = home});
+    make_installation_plan(&plan, settings, {.folder = "/opt/my lv2", .desktop = desktop});
     return plan;
 }
 
@@ -89,6 +90,23 @@ TEST(InstallationPlan, WithDesktopFilesCopiesIconAndEntry) {
         EXPECT_FALSE(plan.steps[i].cancel_wait);
         EXPECT_FALSE(plan.steps[i].exact);
     }
+    EXPECT_EQ(plan.steps[2].link_removed, nullptr);
+    EXPECT_STREQ(plan.steps[3].link_removed, "/home/musician/Desktop/tilt.desktop");
+    EXPECT_STREQ(plan.steps[4].link_removed, "/home/musician/Desktop/tilt.desktop");
+}
+
+TEST(InstallationPlan, WithExactFolderNamesKeepsEveryPathInOneWord) {
+    ProductSettings settings = careful;
+    settings.install_desktop_files = 1;
+    settings.create_extra_folder = 1;
+    settings.exact_folder_names = 1;
+    const PrivilegedPlan plan = plan_of(settings, "/home/A B/Desktop");
+    ASSERT_EQ(plan.step_count, 6U);
+    for (std::size_t i = 0; i < plan.step_count; ++i) {
+        EXPECT_TRUE(plan.steps[i].exact) << i;
+    }
+    EXPECT_STREQ(plan.steps[3].words[3], "/home/A B/Desktop/tilt.desktop");
+    EXPECT_STREQ(plan.steps[4].words[2], "/home/A B/Desktop/tilt.desktop");
 }
 
 TEST(InstallationPlan, MakesTheExtraFolderOnlyWithDesktopFilesAndOnlyWhenItIsMissing) {
@@ -102,7 +120,7 @@ TEST(InstallationPlan, MakesTheExtraFolderOnlyWithDesktopFilesAndOnlyWhenItIsMis
     EXPECT_STREQ(plan.steps[5].unless_there, "/usr/share/tilt-presets");
 }
 
-TEST(InstallationPlan, WithoutAHomeFallsShortAfterTheTwoCommonCopies) {
+TEST(InstallationPlan, WithoutADesktopFallsShortAfterTheTwoCommonCopies) {
     ProductSettings settings = careful;
     settings.install_desktop_files = 1;
     settings.create_extra_folder = 1;
@@ -116,7 +134,7 @@ TEST(InstallationPlan, WithoutAHomeFallsShortAfterTheTwoCommonCopies) {
 
 TEST(Plan, WithTooManyStepsFallsShort) {
     PrivilegedPlan plan{};
-    const PlanStep step{{"true"}, false, StepFailure::ignored, false, nullptr};
+    const PlanStep step{.words = {"true"}};
     for (std::size_t i = 0; i < plan_steps_most; ++i) {
         plan_add_step(&plan, step);
     }
