@@ -46,6 +46,14 @@ bool plan_desktop_files(PrivilegedPlan* plan, const ProductSettings& settings,
 
 } // namespace
 
+void make_folder_plan(PrivilegedPlan* plan, const ProductSettings& settings) {
+    *plan = PrivilegedPlan{};
+    plan_add_step(plan, {.words = {"mkdir", "-p", "-m", "755", settings.default_install_folder},
+                         .exact = exact(settings),
+                         .failure = StepFailure::ends_plan,
+                         .unless_there = settings.default_install_folder});
+}
+
 void make_installation_plan(PrivilegedPlan* plan, const ProductSettings& settings,
                             const InstallationSite& site) {
     *plan = PrivilegedPlan{};

@@ -12,6 +12,10 @@ struct InstallationSite {
     const char* desktop; // the folder of the person's desktop; null = not known
 };
 
-// Fills the plan. Everything given must live as long as the plan.
+// Fills the plan that makes default_install_folder where it is missing. settings must live as long
+// as the plan.
+void make_folder_plan(PrivilegedPlan* plan, const ProductSettings& settings);
+
+// Fills the plan of the installation itself. Everything given must live as long as the plan.
 void make_installation_plan(PrivilegedPlan* plan, const ProductSettings& settings,
                             const InstallationSite& site);

@@ -156,6 +156,7 @@ void install() {
         return;
     }
     sleep_milliseconds(1000);
+    offer_default_folder();
     switch (choose_folder()) {
     case FolderChoice::cancelled_by_person:
         log_print("** INFO ** %s: Install cancelled by user.\n", installer.title);

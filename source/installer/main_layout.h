@@ -28,4 +28,3 @@ inline constexpr Rectangle progress_bar_place{25, 360, 550, 16};
 inline constexpr Rectangle ok_button_place{268, 356, 64, 20};
 
 inline constexpr const char* ok_button_label = "OK";
-inline constexpr const char* folder_browser_title = "- Select your VST plugins folder -";

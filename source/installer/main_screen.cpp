@@ -3,6 +3,7 @@
 #include "installer/main_callbacks.h"
 #include "installer/main_layout.h"
 #include "installer/main_window.h"
+#include "installer/product_settings.h"
 #include "installer/secret.h"
 
 namespace {
@@ -105,7 +106,7 @@ void main_window_offer_ok() {
 }
 
 void main_window_open_browser() {
-    folder_dialog_set_title(installer.browser, folder_browser_title);
+    folder_dialog_set_title(installer.browser, product.folder_browser_title);
     folder_dialog_open(installer.browser);
 }
 

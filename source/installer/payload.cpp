@@ -103,6 +103,19 @@ std::int32_t unpack_payload() {
     return 0;
 }
 
+void offer_default_folder() {
+    if (product.offer_default_folder == 0 || installer.cancel_requested != 0) {
+        return;
+    }
+    PrivilegedPlan plan;
+    make_folder_plan(&plan, product);
+    if (run_plan(&installer.runner, installer.auth_method, plan, installer.password) != 0 ||
+        chdir(product.default_install_folder) != 0) {
+        log_print("** ERROR ** %s: Unable to open folder - %s\n", installer.title,
+                  product.default_install_folder);
+    }
+}
+
 std::int32_t copy_files() {
     log_print("** INFO ** %s: Copying Files\n", installer.title);
     if (installer.auth_method == auth_method_none) {

@@ -1,6 +1,6 @@
 // payload.h: writing the embedded files out, putting them in place as root, cleaning up.
 //
-// All three run on the main thread.
+// All of these run on the main thread.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +9,11 @@
 // the progress bar following. 0 = written; 1 = a file could not be made or written in full, or
 // the installation was cancelled; what is there is left for remove_temporary_files.
 [[nodiscard]] std::int32_t unpack_payload();
+
+// With offer_default_folder: makes default_install_folder, as root, where it is missing, and goes
+// there, which is where the folder browser begins. Where that is not to be had the browser begins
+// in the person's home. A folder that was made stays, also when the person chooses another one.
+void offer_default_folder();
 
 // Extracts the archive into the chosen folder and installs the desktop files, as root, with the
 // accepted password. 0 = done; other = failed or cancelled.

@@ -17,12 +17,14 @@ struct ProductSettings {
     const char* icon_file_name;         // the installed icon's file name
     const char* icon_folder;            // the installed icon's folder
     const char* default_install_folder; // where to install when no folder was chosen
+    const char* folder_browser_title;   // the folder browser's title
     const char* extra_folder;           // a folder to create after copying
     std::int32_t create_extra_folder;   // 1 = create extra_folder when it does not exist
     std::int32_t install_desktop_files; // 1 = install the desktop entry and the icon
     std::int32_t find_desktop_folder;   // 1 = ask the desktop's settings where its folder is
     std::int32_t archive_size;          // bytes of the embedded archive
     std::int32_t unpacking_step;        // bytes written between two moves of the bar
+    std::int32_t offer_default_folder;  // 1 = the browser opens in default_install_folder
     std::int32_t verify_installation;   // 1 = compare the installed files with the payload
     std::int32_t exact_folder_names;    // 1 = each path is one word for root, whatever it holds
 };
@@ -37,12 +39,14 @@ inline constexpr ProductSettings product = {
     .icon_file_name = "wmx-4c_icon_48px.png",
     .icon_folder = "/usr/share/icons",
     .default_install_folder = "/usr/lib/lv2",
+    .folder_browser_title = "- Select your VST plugins folder -",
     .extra_folder = "",
     .create_extra_folder = 0,
     .install_desktop_files = 0,
     .find_desktop_folder = 0,
     .archive_size = 1058756,
     .unpacking_step = 8192,
+    .offer_default_folder = 0,
     .verify_installation = 0,
     .exact_folder_names = 0,
 };

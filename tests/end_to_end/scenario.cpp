@@ -155,7 +155,7 @@ void Scenario::reach_unpacking() {
 }
 
 void Scenario::reach_folder_browser() {
-    browser_window_ = view_->wait_for_title(browser_title);
+    browser_window_ = view_->wait_for_title(options_.browser_title);
     // The listing is drawn last: its first row is the folder itself.
     wait_for("the listing", [this] {
         const Picture picture = picture_of(browser_window_);

@@ -51,6 +51,7 @@ struct ScenarioOptions {
     std::vector<std::string> environment = {"LC_ALL=C", "ORXDPI=96"};
     double scale = 1.0; // the scale that the environment asks for
     support::XServerOptions screen = {.width = 1400, .height = 1000};
+    const char* browser_title = end_to_end::browser_title;
     std::vector<std::string> keep_visible = {}; // folders that stay in view in the world
     // The line between the installer and its screen; none when neither of the two is set.
     support::DistantDisplayOptions line = {};

@@ -93,6 +93,16 @@ TEST(SettingsErrors, TitleTooLongForItsLine) {
     product.expect_refused({"product_name: ", "1 bytes too long", "shorten"});
 }
 
+TEST(SettingsErrors, BrowserTitleThatCannotBeShown) {
+    const ProductFolder product;
+    product.set("folder_browser_title", "\"\"");
+    product.expect_refused({"folder_browser_title: is empty"});
+    product.set("folder_browser_title", "\"" + std::string(60, 'W') + "\"");
+    product.expect_refused({"folder_browser_title: ", "pixels too wide", "shorten"});
+    product.set("folder_browser_title", "\"\u4e2d\"");
+    product.expect_refused({"folder_browser_title: ", "font does not have"});
+}
+
 TEST(SettingsErrors, TitleTooWideForTheScreen) {
     const ProductFolder product;
     product.set("product_name", "\"" + std::string(40, 'W') + "\"");

@@ -4,6 +4,7 @@ import functools
 import os
 
 LONGEST_LINE = 62  # bytes of a line on the message panel
+WIDEST_TITLE = 540  # pixels: the folder browser has 640, and a box stands around its title
 WIDEST_LINE = 580  # pixels: the panel has 600, and text keeps off its edges
 
 METRICS = os.path.join(

@@ -16,6 +16,7 @@ SWITCHES = (
     "create_extra_folder",
     "install_desktop_files",
     "find_desktop_folder",
+    "offer_default_folder",
     "verify_installation",
     "exact_folder_names",
 )
@@ -29,6 +30,7 @@ TEXTS = (
     "icon_file_name",
     "icon_folder",
     "default_install_folder",
+    "folder_browser_title",
     "extra_folder",
 )
 # Setting, width, height, whether it must have transparency.
@@ -122,6 +124,17 @@ class Checker:
             wrong = f'with product_version makes the screen line "{line}" {too_wide} pixels too wide'
             self.complain("product_name", wrong, "shorten one of the two")
 
+    def check_browser_title(self):
+        setting = "folder_browser_title"
+        value = self.text(setting)
+        unknown = screen_text.unknown_character(value or "")
+        if unknown:
+            wrong = f"has the character {unknown!r}, which the installer's font does not have"
+            self.complain(setting, wrong, "use letters of Western European languages")
+        elif value and screen_text.width(value) > screen_text.WIDEST_TITLE:
+            too_wide = screen_text.width(value) - screen_text.WIDEST_TITLE
+            self.complain(setting, f"is {too_wide} pixels too wide", "shorten it")
+
     def check_plain(self, setting, value, longest):
         odd = PLAIN.sub("", value)
         if odd:
@@ -198,6 +211,7 @@ class Checker:
         self.check_types()
         desktop = self.values.get("install_desktop_files") == 1
         self.check_titles()
+        self.check_browser_title()
         self.check_file_name("product_short_name")
         self.check_executable(desktop)
         self.check_desktop_entry(desktop)

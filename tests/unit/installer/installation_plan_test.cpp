@@ -132,6 +132,14 @@ TEST(InstallationPlan, WithoutADesktopFallsShortAfterTheTwoCommonCopies) {
     EXPECT_TRUE(plan_of(settings, endless.c_str()).falls_short);
 }
 
+TEST(FolderPlan, MakesTheDefaultFolderWhereItIsMissing) {
+    PrivilegedPlan plan;
+    make_folder_plan(&plan, careful);
+    ASSERT_EQ(lines_of(plan), Lines({"mkdir -p -m 755 /usr/lib/lv2"}));
+    EXPECT_STREQ(plan.steps[0].unless_there, "/usr/lib/lv2");
+    EXPECT_EQ(plan.steps[0].failure, StepFailure::ends_plan);
+}
+
 TEST(Plan, WithTooManyStepsFallsShort) {
     PrivilegedPlan plan{};
     const PlanStep step{.words = {"true"}};
