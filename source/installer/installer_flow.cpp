@@ -10,7 +10,6 @@
 #include "installer/lock_file.h"
 #include "installer/main_window.h"
 #include "installer/payload.h"
-#include "installer/secret.h"
 #include "installer/splash_window.h"
 #include "installer/window_picture.h"
 #include "privilege/auth_method.h"
@@ -55,10 +54,14 @@ void compute_sizes() {
     installer.main_h = installer.splash_h;
 }
 
-bool password_is_right(const char* password) {
+bool password_is_right() {
+    const WorkLock lock(installer.work_lock);
+    if (installer.password == nullptr) {
+        return false;
+    }
     return installer.auth_method == auth_method_sudo
-               ? sudo_check_password(&installer.runner, password)
-               : su_check_password(&installer.runner, password);
+               ? sudo_check_password(&installer.runner, installer.password)
+               : su_check_password(&installer.runner, installer.password);
 }
 
 // Asks until a password is accepted, as often as it takes; false when cancelled.
@@ -70,13 +73,11 @@ bool authenticate() {
             return false;
         }
         main_window_hold_password();
-        char* password = main_window_take_password();
-        if (password != nullptr && password_is_right(password)) {
-            secret_free(&installer.password);
-            installer.password = password;
+        main_window_take_password();
+        if (password_is_right()) {
             return true;
         }
-        secret_free(&password);
+        forget_password();
         if (cancelled()) {
             return false;
         }
@@ -88,7 +89,7 @@ bool authenticate() {
 // The last screen stays until OK is pressed, for hours perhaps: nothing needs the password any
 // more.
 void finish() {
-    secret_free(&installer.password);
+    forget_password();
     main_window_offer_ok();
     (void)wait_for(installer.finish_requested);
 }
@@ -204,5 +205,5 @@ void run_installer_flow() {
     if (authenticate()) {
         install();
     }
-    secret_free(&installer.password);
+    forget_password();
 }

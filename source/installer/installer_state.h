@@ -2,7 +2,8 @@
 //
 // Owned by main. The flow (main thread) and the callbacks (event thread) share it: flags are
 // atomic, and the widgets' fields are read and written under screen_lock, so that a screen is
-// always painted whole. Order of locks: the engine's table_lock, screen_lock, the engine's x_lock.
+// always painted whole. Order of locks: the engine's table_lock, screen_lock, the engine's x_lock,
+// work_lock.
 // The flow must therefore not create or destroy windows while it holds screen_lock.
 #pragma once
 
@@ -40,6 +41,8 @@ struct InstallerState {
     char subtitle[title_size] = {}; // "- PRODUCT VERSION Installer -": line 0 of every screen
     std::int32_t auth_method = 0;   // AuthMethod
     std::atomic<std::int32_t> cancel_requested{0};
+    std::atomic<bool> lost_display_reported{false};
+    std::recursive_mutex work_lock;             // see sudden_end.h
     std::int32_t another_instance = 0;          // 1 = the lock file is somebody else's and stays
     std::atomic<char*> install_folder{nullptr}; // owned; null = none chosen
     char* password = nullptr;                   // owned, for secret_free
@@ -81,3 +84,8 @@ struct InstallerState {
 };
 
 extern InstallerState installer;
+
+using WorkLock = std::lock_guard<std::recursive_mutex>;
+
+// Wipes and frees the accepted password. Takes work_lock.
+void forget_password();

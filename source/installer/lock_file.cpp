@@ -40,6 +40,7 @@ std::int32_t report_another_instance() {
 } // namespace
 
 std::int32_t check_lock_file() {
+    const WorkLock lock(installer.work_lock);
     if (lock_file_exists()) {
         return report_another_instance();
     }
@@ -61,5 +62,6 @@ std::int32_t check_lock_file() {
 }
 
 void remove_lock_file() {
+    const WorkLock lock(installer.work_lock);
     unlink(lock_file_path);
 }

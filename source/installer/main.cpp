@@ -1,4 +1,5 @@
 // main.cpp: the process from its titles to its farewell.
+#include "gui/ORX/core/connection_loss.h"
 #include "gui/ORX/core/engine.h"
 #include "gui/ORX/core/event_loop.h"
 #include "gui/ORX/core/input_method.h"
@@ -9,8 +10,8 @@
 #include "installer/lock_file.h"
 #include "installer/main_window.h"
 #include "installer/product_settings.h"
-#include "installer/secret.h"
 #include "installer/signals.h"
+#include "installer/sudden_end.h"
 #include "privilege/auth_method.h"
 
 #include <sys/prctl.h>
@@ -74,8 +75,7 @@ bool watch_display() {
     if (!engine_connection_lost(installer.engine)) {
         return true;
     }
-    log_print("** ERROR ** %s: Lost connection to X server\n", installer.title);
-    installer.cancel_requested = 1;
+    report_lost_display();
     return false;
 }
 
@@ -105,6 +105,7 @@ void create_engine() {
         destroy_engine(); // without memory for either the flow reports that there is no engine
         return;
     }
+    set_last_act(end_suddenly);
     engine_set_tick_callback(installer.engine, watch_display);
     engine_set_tick_interval(installer.engine, display_watch_ms);
 }
@@ -136,18 +137,12 @@ void tear_down() {
         main_window_destroy();
         destroy_engine();
     }
-    secret_free(&installer.password);
+    forget_password();
     std::free(installer.install_folder.exchange(nullptr));
     if (installer.another_instance != 1) {
         remove_lock_file();
     }
     restore_signal_handlers();
-}
-
-void say_farewell() {
-    log_print("\n");
-    log_print("** INFO ** %s: Exiting\n", installer.title);
-    log_print("\n");
 }
 
 } // namespace

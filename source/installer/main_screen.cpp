@@ -63,9 +63,11 @@ void main_window_refuse_password() {
     installer.ui_dirty = 1;
 }
 
-char* main_window_take_password() {
+void main_window_take_password() {
     const ScreenLock lock(installer.screen_lock);
-    return secret_copy(password_field_get_text(installer.field));
+    const WorkLock work(installer.work_lock);
+    secret_free(&installer.password);
+    installer.password = secret_copy(password_field_get_text(installer.field));
 }
 
 void main_window_start_installing() {

@@ -27,8 +27,8 @@ void main_window_ask_for_password();
 void main_window_hold_password();
 void main_window_refuse_password();
 
-// A copy of what stands in the field, for secret_free. Null without memory.
-[[nodiscard]] char* main_window_take_password();
+// Copies what stands in the field to installer.password, which is null without memory.
+void main_window_take_password();
 
 // "Installing...": the field is wiped and hidden, the progress bar is shown.
 void main_window_start_installing();

@@ -36,9 +36,14 @@ bool write_bytes(std::FILE* file, const unsigned char* begin, const unsigned cha
     return true;
 }
 
+std::FILE* create(const char* path) {
+    const WorkLock lock(installer.work_lock);
+    return temporary_file_create(path);
+}
+
 bool unpack_desktop_files() {
-    std::FILE* icon = temporary_file_create(icon_path);
-    std::FILE* entry = temporary_file_create(entry_path);
+    std::FILE* icon = create(icon_path);
+    std::FILE* entry = create(entry_path);
     bool written = icon != nullptr && entry != nullptr && fchmod(fileno(icon), shared_mode) == 0 &&
                    fchmod(fileno(entry), shared_mode) == 0;
     if (entry != nullptr) {
@@ -90,7 +95,7 @@ std::int32_t unpack_payload() {
     }
     log_print("** INFO ** %s: Unpacking Files - %08X Bytes\n", installer.title,
               static_cast<unsigned int>(product.archive_size));
-    std::FILE* file = temporary_file_create(archive_path);
+    std::FILE* file = create(archive_path);
     if (file == nullptr) {
         return 1;
     }
@@ -127,10 +132,12 @@ std::int32_t copy_files() {
     make_installation_plan(&plan, product,
                            {.folder = chosen != nullptr ? chosen : product.default_install_folder,
                             .desktop = find_desktop(desktop) ? desktop : nullptr});
+    const WorkLock lock(installer.work_lock);
     return run_plan(&installer.runner, installer.auth_method, plan, installer.password);
 }
 
 std::int32_t remove_temporary_files() {
+    const WorkLock lock(installer.work_lock);
     unlink(archive_path);
     if (product.install_desktop_files == 1) {
         unlink(icon_path);

@@ -14,6 +14,8 @@ namespace {
 thread_local std::jmp_buf* way_out_of_opening = nullptr;
 thread_local Display* lost_while_opening = nullptr; // stays known, as memory that nobody frees
 
+std::atomic<void (*)()> before_exit{nullptr};
+
 bool loss_can_be_outlived() {
     return XSetIOErrorExitHandler != nullptr;
 }
@@ -26,6 +28,9 @@ int go_on(Display* display) {
         std::longjmp(*way_out_of_opening, 1); // NOLINT(cert-err52-cpp)
     }
     if (!loss_can_be_outlived()) {
+        if (void (*last_act)() = before_exit.exchange(nullptr); last_act != nullptr) {
+            last_act();
+        }
         std::exit(0); // what Xlib would do next, with status 1
     }
     return 0;
@@ -57,4 +62,8 @@ void watch_connection(Display* display, std::atomic<bool>* lost) {
     if (loss_can_be_outlived()) {
         XSetIOErrorExitHandler(display, note_loss, lost);
     }
+}
+
+void set_last_act(void (*last_act)()) {
+    before_exit = last_act;
 }

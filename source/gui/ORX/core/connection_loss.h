@@ -18,5 +18,10 @@
 // display is used. lost must live as long as the display.
 //
 // Xlib older than 1.7 has no way to return: there the loss ends the process with exit status 0,
-// after the functions registered with atexit.
+// after last_act and the functions registered with atexit.
 void watch_connection(Display* display, std::atomic<bool>* lost);
+
+// What is to be done before such an end; null for nothing. It runs on the thread that met the loss,
+// in the middle of an Xlib call, with that thread's locks held: it must call nothing of the engine.
+// The process has one. Any thread.
+void set_last_act(void (*last_act)());

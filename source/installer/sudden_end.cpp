@@ -1,0 +1,38 @@
+// sudden_end.cpp: the lost display, and the end that comes with it where Xlib is old.
+#include "installer/sudden_end.h"
+
+#include "installer/console_log.h"
+#include "installer/installer_state.h"
+#include "installer/lock_file.h"
+#include "installer/payload.h"
+
+#include <cstdio>
+
+void report_lost_display() {
+    if (!installer.lost_display_reported.exchange(true)) {
+        log_print("** ERROR ** %s: Lost connection to X server\n", installer.title);
+    }
+    installer.cancel_requested = 1;
+}
+
+void say_farewell() {
+    log_print("\n");
+    log_print("** INFO ** %s: Exiting\n", installer.title);
+    log_print("\n");
+}
+
+void end_suddenly() {
+    report_lost_display();
+    installer.work_lock.lock();
+    flockfile(stdout); // the flow may still be about to say something
+    forget_password();
+    if (installer.field != nullptr) {
+        // Without screen_lock, which this thread may be holding; nobody paints any more.
+        password_field_clear(installer.field);
+    }
+    remove_temporary_files();
+    if (installer.another_instance != 1) {
+        remove_lock_file();
+    }
+    say_farewell();
+}
