@@ -87,6 +87,11 @@ bool find_desktop(char (&folder)[PATH_MAX]) {
                                             : default_desktop_folder(folder, home);
 }
 
+std::int32_t carry_out(const PrivilegedPlan& plan) {
+    const WorkLock lock(installer.work_lock);
+    return run_plan(&installer.runner, installer.auth_method, plan, installer.password);
+}
+
 } // namespace
 
 std::int32_t unpack_payload() {
@@ -114,8 +119,7 @@ void offer_default_folder() {
     }
     PrivilegedPlan plan;
     make_folder_plan(&plan, product);
-    if (run_plan(&installer.runner, installer.auth_method, plan, installer.password) != 0 ||
-        chdir(product.default_install_folder) != 0) {
+    if (carry_out(plan) != 0 || chdir(product.default_install_folder) != 0) {
         log_print("** ERROR ** %s: Unable to open folder - %s\n", installer.title,
                   product.default_install_folder);
     }
@@ -132,8 +136,7 @@ std::int32_t copy_files() {
     make_installation_plan(&plan, product,
                            {.folder = chosen != nullptr ? chosen : product.default_install_folder,
                             .desktop = find_desktop(desktop) ? desktop : nullptr});
-    const WorkLock lock(installer.work_lock);
-    return run_plan(&installer.runner, installer.auth_method, plan, installer.password);
+    return carry_out(plan);
 }
 
 std::int32_t remove_temporary_files() {
