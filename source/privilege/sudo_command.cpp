@@ -66,21 +66,25 @@ CommandOutcome run(PrivilegedRunner* runner, const char* const* arguments, const
     return finish(&dialogue);
 }
 
+CommandOutcome forget(PrivilegedRunner* runner, DialoguePurpose purpose) {
+    const char* const arguments[] = {runner->sudo_path, "-k", nullptr};
+    return run(runner, arguments, nullptr, purpose);
+}
+
 CommandOutcome run_fresh(PrivilegedRunner* runner, const PrivilegedCommand& command,
                          const char* password, DialoguePurpose purpose) {
     SudoArguments arguments;
     if (!make_arguments(&arguments, runner, command)) {
         return CommandOutcome::not_made;
     }
-    static_cast<void>(sudo_forget(runner));
+    static_cast<void>(forget(runner, purpose));
     return run(runner, arguments.list, password, purpose);
 }
 
 } // namespace
 
 std::int32_t sudo_forget(PrivilegedRunner* runner) {
-    const char* const arguments[] = {runner->sudo_path, "-k", nullptr};
-    return run(runner, arguments, nullptr, DialoguePurpose::command) == CommandOutcome::succeeded;
+    return forget(runner, DialoguePurpose::command) == CommandOutcome::succeeded;
 }
 
 bool sudo_check_password(PrivilegedRunner* runner, const char* password) {

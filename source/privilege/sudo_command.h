@@ -17,7 +17,8 @@
 // sudo -k: 1 when it exited with status 0, else 0.
 [[nodiscard]] std::int32_t sudo_forget(PrivilegedRunner* runner);
 
-// Whether sudo accepts the password, asked afresh. Cancelling breaks it off at once: false.
+// Whether sudo accepts the password, asked afresh. Cancelling breaks it off at once, the forgetting
+// included: false.
 [[nodiscard]] bool sudo_check_password(PrivilegedRunner* runner, const char* password);
 
 // sudo_forget, then the command. It has succeeded when the password was accepted, or none asked

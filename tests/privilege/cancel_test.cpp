@@ -61,6 +61,17 @@ TEST_F(Cancel, APasswordCheckThatIsThoughtAboutIsBrokenOff) {
     }
 }
 
+TEST_F(Cancel, APasswordCheckWhoseForgettingHangsIsBrokenOff) {
+    const std::string path = support::install_stand_in(
+        "forgetful", {"prompt=password", "password=correct horse", "forget=600000"});
+    const RunnerOutcome outcome =
+        call("sudo_check_password", "", {"sudo=" + path, "cancel_after=1000"});
+    EXPECT_EQ(outcome.result, 0) << outcome.text;
+    EXPECT_LT(outcome.time_ms, 8000);
+    EXPECT_EQ(outcome.children, "none");
+    EXPECT_EQ(outcome.descriptors, "none");
+}
+
 TEST_F(Cancel, TheProbeIsBrokenOff) {
     const std::string path =
         support::install_stand_in("asker", {"probe=ask", "lecture=Who are you? ", "wait=600000"});

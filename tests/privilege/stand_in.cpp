@@ -19,7 +19,8 @@
 //   deaf=1              does not care when it is hung up on
 //   probe=ask           also asks when it is to run a command as another user
 //   stay=MS             goes on for that long after its command
-// Called with -k it does nothing. It runs the command as whoever calls it.
+//   forget=MS           how long -k takes, which does nothing else
+// It runs the command as whoever calls it.
 
 #include <sys/wait.h>
 #include <termios.h>
@@ -157,6 +158,7 @@ int main(int count, char** words) {
     }
     const std::string option = count > 1 ? words[1] : "";
     if (option == "-k") {
+        pause("forget");
         return 0;
     }
     std::vector<std::string> command;
