@@ -101,6 +101,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             const std::size_t bottom = fuzz::take_below(input, edges);
             damage_add(&list, table[left], table[top], table[right], table[bottom]);
             add_cells(dirty, left, top, right, bottom);
+            require(damage_count(&list) <= damage_rects_most, "the list is bounded");
+            // Each of them is cut into four at most.
+            if (damage_count(&list) == 1 && 4 * count >= damage_rects_most) {
+                const DamageRect& all = list.rects[0];
+                add_cells(dirty, index_of(table, all.left), index_of(table, all.top),
+                          index_of(table, all.right), index_of(table, all.bottom));
+            }
         } else if (action < 236) {
             const DamageRect last = list.rects[count - 1];
             const DamageRect popped = damage_pop(&list);

@@ -123,6 +123,37 @@ TEST_F(DamageListTest, ClearingKeepsTheStorageAndFreeingDoesNot) {
     EXPECT_EQ(list.rects, nullptr);
 }
 
+TEST_F(DamageListTest, KeepsAsManyApartAsItsBoundAllows) {
+    for (std::int32_t i = 0; i < damage_rects_most; ++i) {
+        damage_add(&list, 2 * i, 0, 2 * i + 1, 1);
+    }
+    EXPECT_EQ(damage_count(&list), damage_rects_most);
+    EXPECT_EQ(list.rects[damage_rects_most - 1], (DamageRect{510, 0, 511, 1}));
+    damage_add(&list, 7, 900, 8, 901);
+    EXPECT_EQ(rects(), (Rects{{0, 0, 511, 901}}));
+}
+
+TEST_F(DamageListTest, BeyondItsBoundCrossingLinesBecomeOneRectangle) {
+    for (std::int32_t i = 0; i < 2'000; ++i) {
+        damage_add(&list, 2 * i, 0, 2 * i + 1, 4'000);
+        ASSERT_LE(damage_count(&list), damage_rects_most);
+        damage_add(&list, 0, 2 * i, 4'000, 2 * i + 1);
+        ASSERT_LE(damage_count(&list), damage_rects_most);
+    }
+    damage_add(&list, 0, 0, 4'000, 4'000);
+    EXPECT_EQ(rects(), (Rects{{0, 0, 4'000, 4'000}}));
+}
+
+TEST_F(DamageListTest, AfterItsBoundItIsAsExactAsBefore) {
+    for (std::int32_t i = 0; i <= damage_rects_most; ++i) {
+        damage_add(&list, 2 * i, 0, 2 * i + 1, 1);
+    }
+    damage_clear(&list);
+    damage_add(&list, 0, 0, 100, 100);
+    damage_add(&list, 50, 50, 150, 150);
+    EXPECT_EQ(rects(), (Rects{{0, 0, 100, 50}, {0, 50, 50, 100}, {50, 50, 150, 150}}));
+}
+
 // A bitmap with a count of how often each pixel would be painted.
 struct Bitmap {
     static constexpr int side = 64;

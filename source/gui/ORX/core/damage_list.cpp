@@ -7,7 +7,6 @@
 namespace {
 
 constexpr std::int32_t first_capacity = 8;
-constexpr std::int32_t largest_capacity = 1 << 26;
 
 bool is_empty(const DamageRect& rect) {
     return rect.left == rect.right || rect.top == rect.bottom;
@@ -25,9 +24,6 @@ bool apart(const DamageRect& a, const DamageRect& b) {
 bool reserve(DamageList* list, std::int32_t extra) {
     std::int32_t capacity = list->capacity == 0 ? first_capacity : list->capacity;
     while (capacity < list->count + extra) {
-        if (capacity >= largest_capacity) {
-            return false;
-        }
         capacity *= 2;
     }
     if (capacity == list->capacity) {
@@ -68,7 +64,8 @@ std::int32_t split(DamageRect old, const DamageRect& added, DamageRect pieces[4]
     return count;
 }
 
-// Without memory the details go, but nothing that has to be painted does.
+// With too many of them, or without memory, the details go, but nothing that has to be painted
+// does.
 void collapse(DamageList* list, DamageRect all) {
     if (list->capacity == 0) {
         return;
@@ -110,7 +107,7 @@ void damage_add(DamageList* list, std::int32_t left, std::int32_t top, std::int3
         }
         DamageRect pieces[4];
         const std::int32_t piece_count = split(old, added, pieces);
-        if (!reserve(list, piece_count)) {
+        if (list->count + piece_count > damage_rects_most || !reserve(list, piece_count)) {
             collapse(list, added);
             return;
         }
@@ -119,7 +116,7 @@ void damage_add(DamageList* list, std::int32_t left, std::int32_t top, std::int3
         }
         damage_remove(list, i);
     }
-    if (!reserve(list, 1)) {
+    if (list->count == damage_rects_most || !reserve(list, 1)) {
         collapse(list, added);
         return;
     }

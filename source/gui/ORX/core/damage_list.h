@@ -6,6 +6,10 @@
 
 #include <cstdint>
 
+// More than these are not kept apart: whoever sends thousands of small or crossing ones must not
+// make the program count instead of paint.
+inline constexpr std::int32_t damage_rects_most = 256;
+
 struct DamageRect {
     std::int32_t left;
     std::int32_t top;
@@ -21,8 +25,9 @@ struct DamageList {
 
 // Adds a rectangle; its edges may come in either order. Rectangles it covers leave the list, a
 // rectangle that covers it keeps it out, and one that it overlaps is cut to the parts outside it.
-// When no more memory can be had the list becomes one rectangle round everything; only when there
-// is not even storage for the first rectangle is it lost.
+// When that would make more than damage_rects_most of them, or no more memory can be had, the list
+// becomes one rectangle round everything; only when there is not even storage for the first
+// rectangle is it lost.
 void damage_add(DamageList* list, std::int32_t left, std::int32_t top, std::int32_t right,
                 std::int32_t bottom);
 
