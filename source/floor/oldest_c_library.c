@@ -83,6 +83,10 @@ int stat(const char* restrict path, struct stat* restrict status) {
     return fstatat(AT_FDCWD, path, status, 0);
 }
 
+int fstat(int descriptor, struct stat* status) {
+    return (int)syscall(SYS_fstat, descriptor, status);
+}
+
 int lstat(const char* restrict path, struct stat* restrict status) {
     return fstatat(AT_FDCWD, path, status, AT_SYMLINK_NOFOLLOW);
 }

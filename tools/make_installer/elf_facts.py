@@ -54,8 +54,10 @@ def readelf(path, *arguments):
     result = subprocess.run(
         command, env=environment, capture_output=True, text=True, errors="replace", check=False
     )
-    if result.returncode != 0:
-        complaint = (result.stderr.strip().splitlines() or ["readelf cannot read it"])[0]
+    # Of a file that is cut off or damaged it may print what it can, complain, and end with status 0.
+    complaints = [line for line in result.stderr.splitlines() if "Error: " in line]
+    if result.returncode != 0 or complaints:
+        complaint = (complaints or result.stderr.strip().splitlines() or ["readelf cannot read it"])[0]
         raise ElfError(complaint.removeprefix("readelf: "))
     return result.stdout
 
