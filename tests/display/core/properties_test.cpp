@@ -145,6 +145,17 @@ TEST_P(Properties, ResizingChangesServerAndRecord) {
     EXPECT_EQ(window_width(engine, id), 120U);
 }
 
+TEST_P(Properties, TheLargestSizeThatAServerCanBeToldIsTaken) {
+    window_resize(engine, id, 65535, 65535);
+    EXPECT_EQ(window_width(engine, id), 65535U);
+    EXPECT_EQ(window_height(engine, id), 65535U);
+    window_resize(engine, id, 120, 90);
+    window_resize(engine, id, 65536, 80);
+    window_resize(engine, id, 80, 65536);
+    EXPECT_EQ(window_width(engine, id), 120U);
+    EXPECT_EQ(window_height(engine, id), 90U);
+}
+
 TEST_P(Properties, GrabsHoldAndAreGivenBack) {
     window_set_size_hints(engine, 1, 1, 0, 0, 0, 0, 60, 70, id);
     window_map(engine, id);
