@@ -28,14 +28,15 @@ bool create_window() {
     screen_centre(engine, &centre_x, &centre_y);
     const std::int32_t width = installer.main_w;
     const std::int32_t height = installer.main_h;
-    installer.main_window = window_create_plain(engine, centre_x - width / 2, centre_y - height / 2,
-                                                width, height, nullptr, 1.0F);
+    const std::int32_t x = centre_x - width / 2;
+    const std::int32_t y = centre_y - height / 2;
+    installer.main_window = window_create_plain(engine, x, y, width, height, nullptr, 1.0F);
     if (installer.main_window < 0) {
         log_print("** ERROR ** %s: Could not create GUI window\n", installer.title);
         return false;
     }
     const WindowId id = installer.main_window;
-    window_set_size_hints(engine, width, height, width, height, 0, 0, 0, 0, id);
+    window_set_size_hints(engine, width, height, width, height, 0, 0, x, y, id);
     window_set_class_hint(engine, id, "zeph-installer");
     orx_window_set_icon(engine, zeph_payload_images[payload_window_icon], id);
     window_set_title(engine, id, installer.title);

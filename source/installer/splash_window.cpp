@@ -38,15 +38,17 @@ bool create_window() {
     screen_centre(engine, &centre_x, &centre_y);
     const std::int32_t width = installer.splash_w;
     const std::int32_t height = installer.splash_h;
+    const std::int32_t x = centre_x - width / 2;
+    const std::int32_t y = centre_y - height / 2;
     installer.splash_window =
-        window_create_colored(engine, centre_x - width / 2, centre_y - height / 2, width, height,
-                              background_white, background_white, background_white, nullptr, 1.0F);
+        window_create_colored(engine, x, y, width, height, background_white, background_white,
+                              background_white, nullptr, 1.0F);
     if (installer.splash_window < 0) {
         log_print("** ERROR ** %s: Could not create splash screen windown", installer.title);
         return false;
     }
     const WindowId id = installer.splash_window;
-    window_set_size_hints(engine, width, height, width, height, 0, 0, 0, 0, id);
+    window_set_size_hints(engine, width, height, width, height, 0, 0, x, y, id);
     window_set_class_hint(engine, id, "zeph-inst-splash");
     window_set_above(engine, id);
     window_set_type_splash(engine, id);

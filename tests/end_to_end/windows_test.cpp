@@ -38,6 +38,15 @@ void expect_fixed_size(const DisplayView& view, XWindow window, int width, int h
     EXPECT_EQ(place.height, height);
 }
 
+// That the window asks to stand in the middle of the screen of 1400 x 1000.
+void expect_asks_for_the_middle(const DisplayView& view, XWindow window, int width, int height) {
+    const std::optional<SizeHints> hints = view.size_hints(window);
+    ASSERT_TRUE(hints);
+    EXPECT_EQ(hints->flags & position_flag, position_flag);
+    EXPECT_EQ(hints->x, (1400 - width) / 2);
+    EXPECT_EQ(hints->y, (1000 - height) / 2);
+}
+
 // That the window's icon is that picture, where it is not transparent.
 void expect_icon(const DisplayView& view, XWindow window, const std::string& file) {
     const std::vector<std::uint32_t> hints = view.numbers_property(window, "WM_HINTS");
@@ -74,6 +83,7 @@ TEST_P(Windows, TellWhatTheyAre) {
     const Names splash_state = view.atoms_property(splash, "_NET_WM_STATE");
     EXPECT_EQ(std::count(splash_state.begin(), splash_state.end(), "_NET_WM_STATE_ABOVE"), 1);
     expect_fixed_size(view, splash, 600, 400);
+    expect_asks_for_the_middle(view, splash, 600, 400);
     expect_asks_before_closing(view, splash);
     EXPECT_EQ(count_differences(
                   scenario.picture_of(splash),
@@ -90,6 +100,7 @@ TEST_P(Windows, TellWhatTheyAre) {
     EXPECT_EQ(view.text_property(window, "WM_CLASS"),
               std::string("zeph-installer\0zeph-installer\0", 30));
     expect_fixed_size(view, window, 600, 400);
+    expect_asks_for_the_middle(view, window, 600, 400);
     expect_icon(view, window, "window_icon.png");
     expect_asks_before_closing(view, window);
     EXPECT_EQ(view.managed(window), !no_manager);
@@ -104,11 +115,7 @@ TEST_P(Windows, TellWhatTheyAre) {
     const Names browser_state = view.atoms_property(browser, "_NET_WM_STATE");
     EXPECT_EQ(std::count(browser_state.begin(), browser_state.end(), "_NET_WM_STATE_ABOVE"), 1);
     expect_fixed_size(view, browser, 640, 432);
-    const std::optional<SizeHints> hints = view.size_hints(browser);
-    ASSERT_TRUE(hints);
-    EXPECT_EQ(hints->flags & position_flag, position_flag);
-    EXPECT_EQ(hints->x, 1400 / 2 - 640 / 2);
-    EXPECT_EQ(hints->y, 1000 / 2 - 432 / 2);
+    expect_asks_for_the_middle(view, browser, 640, 432);
     expect_icon(view, browser, "folder_icon.png");
     expect_asks_before_closing(view, browser);
 }
