@@ -201,6 +201,26 @@ TEST_F(IconTest, AnotherOneTakesThePlaceOfTheFirst) {
     std::free(gone);
 }
 
+TEST_F(IconTest, IsKeptWithItsTransparencyForTodaysDesktops) {
+    const auto words = [&] {
+        return desk.view.numbers_property(desk.x_window(id), "_NET_WM_ICON");
+    };
+    orx_window_set_icon(desk.engine, make_blob(2, 1, {0xF1, 0x22, 0x03}, 0x84).data(), id);
+    EXPECT_EQ(words(), (std::vector<std::uint32_t>{2, 1, 0x84F12203, 0x84F12203}));
+    orx_window_set_icon(desk.engine, make_blob(64, 64, {1, 2, 3}, 0).data(), id);
+    EXPECT_EQ(words().size(), 2U + 64 * 64);
+    EXPECT_EQ(words().back(), 0x00010203U);
+    EXPECT_EQ(desk.view.property(desk.x_window(id), "_NET_WM_ICON")->type, "CARDINAL");
+}
+
+// The server takes no request of more than 256 KB from a program that asks for no larger ones.
+TEST_F(IconTest, ThatIsTooLargeForOneRequestIsAPixmapOnly) {
+    orx_window_set_icon(desk.engine, make_blob(256, 256, {1, 2, 3}, 255).data(), id);
+    EXPECT_EQ(hints().size(), 9U);
+    EXPECT_FALSE(desk.view.property(desk.x_window(id), "_NET_WM_ICON"));
+    EXPECT_NE(engine_display(desk.engine), nullptr);
+}
+
 TEST_F(IconTest, WithoutTheMagicOrOfAbsurdSizeSetsNone) {
     std::vector<unsigned char> blob = make_blob(4, 4, {1, 2, 3}, 255);
     blob[3] = 'Q';
@@ -217,6 +237,7 @@ TEST_F(IconTest, WithoutTheMagicOrOfAbsurdSizeSetsNone) {
     orx_window_set_icon(desk.engine, empty.data(), id);
     orx_window_set_icon(desk.engine, make_blob(4, 4, {1, 2, 3}, 255).data(), 200);
     EXPECT_TRUE(hints().empty());
+    EXPECT_FALSE(desk.view.property(desk.x_window(id), "_NET_WM_ICON"));
     EXPECT_EQ(desk.engine->windows[id].pixmap, 0U);
 }
 

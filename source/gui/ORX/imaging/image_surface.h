@@ -36,8 +36,9 @@ void orx_image_from_pixbuf(UiEngine* engine, const Pixbuf* source, ImageSurface*
                            std::int32_t source_x, std::int32_t source_y, std::int32_t destination_x,
                            std::int32_t destination_y, std::int32_t width, std::int32_t height);
 
-// Makes the window's icon from a blob (inline_image.h), flattened on black. The pixmap belongs to
-// the window, which frees it; an earlier icon's is freed here. Without the blob's magic (one line
-// on standard output), for a free slot, a closed display, a size that no surface has, or when the
-// server refuses the pixmap, the window keeps the icon it had.
+// Makes the window's icon from a blob (inline_image.h): a pixmap, flattened on black, which the
+// window's hints name, and _NET_WM_ICON with its transparency. The pixmap belongs to the window,
+// which frees it; an earlier icon's is freed here. Without the blob's magic (one line on standard
+// output), for a free slot, a closed display, a size that no surface has, or when the server
+// refuses the pixmap, the window keeps the icon it had.
 void orx_window_set_icon(UiEngine* engine, const unsigned char* blob, WindowId id);

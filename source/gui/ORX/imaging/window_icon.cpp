@@ -5,18 +5,19 @@
 #include "gui/ORX/imaging/image_surface.h"
 #include "gui/ORX/imaging/inline_image.h"
 #include "gui/ORX/imaging/pixbuf.h"
+#include "gui/ORX/imaging/window_icon_property.h"
 
 #include <X11/Xutil.h>
 
 namespace {
 
 // Sends the surface to a new pixmap and names it in the window's hints. The window owns the pixmap;
-// an earlier icon is freed once nothing names it any more.
-void set_icon_pixmap(UiEngine* engine, WindowId id, ImageSurface* surface) {
+// an earlier icon is freed once nothing names it any more. false when there is no pixmap.
+bool set_icon_pixmap(UiEngine* engine, WindowId id, ImageSurface* surface) {
     const XLockGuard lock(engine);
     WindowSlot* slot = drawable_slot(engine, id);
     if (slot == nullptr) {
-        return;
+        return false;
     }
     Display* display = engine_display(engine);
     trap_x_errors(engine);
@@ -24,7 +25,7 @@ void set_icon_pixmap(UiEngine* engine, WindowId id, ImageSurface* surface) {
         XCreatePixmap(display, slot->window, static_cast<unsigned>(surface->width),
                       static_cast<unsigned>(surface->height), static_cast<unsigned>(engine->depth));
     if (answer_trapped_calls(engine) != 0) {
-        return;
+        return false;
     }
     put_surface(engine, pixmap, surface, {0, 0, 0, 0, surface->width, surface->height});
 
@@ -43,6 +44,7 @@ void set_icon_pixmap(UiEngine* engine, WindowId id, ImageSurface* surface) {
     }
     (void)answer_trapped_calls(engine);
     slot->pixmap = pixmap;
+    return true;
 }
 
 } // namespace
@@ -60,7 +62,9 @@ void orx_window_set_icon(UiEngine* engine, const unsigned char* blob, WindowId i
     if (flattened != nullptr) {
         orx_pixbuf_composite(engine, icon, flattened, 0, 0, 0, 0, width, height);
         orx_image_from_pixbuf(engine, flattened, surface, 0, 0, 0, 0, width, height);
-        set_icon_pixmap(engine, id, surface);
+        if (set_icon_pixmap(engine, id, surface)) {
+            set_icon_property(engine, id, icon);
+        }
     }
     orx_pixbuf_free(engine, flattened);
     orx_image_free(engine, surface);
