@@ -23,6 +23,12 @@ void fill_panel(const ScreenText& screen) {
     message_panel_set_dirty(panel, true);
 }
 
+// A widget's own repaint ends one pixel before its right and bottom lines. Where it comes to stand
+// on a panel that is on the screen already, the panel's repaint brings them along.
+void show_panel_again() {
+    message_panel_set_dirty(installer.panel, true);
+}
+
 void focus_field(bool focused) {
     password_field_set_focused(installer.field, focused);
     password_field_set_dirty(installer.field, true);
@@ -45,6 +51,7 @@ void main_window_show_screen(const ScreenText& screen) {
 
 void main_window_ask_for_password() {
     const ScreenLock lock(installer.screen_lock);
+    show_panel_again();
     password_field_set_dirty(installer.field, true);
     installer.ui_dirty = 1;
 }
@@ -102,6 +109,7 @@ void main_window_show_last_screen(const ScreenText& screen) {
 
 void main_window_offer_ok() {
     const ScreenLock lock(installer.screen_lock);
+    show_panel_again();
     push_button_set_hidden(installer.button, false);
     push_button_set_dirty(installer.button, true);
     installer.ui_dirty = 1;

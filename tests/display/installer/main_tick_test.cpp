@@ -84,4 +84,34 @@ TEST_F(MainTick, ABouncingBarMovesWithoutBeingAskedTo) {
     EXPECT_FALSE(progress_bar_get_dirty(installer.bar));
 }
 
+// Where a widget's border shows all along: its four lines without their four corners, which stay as
+// they are.
+[[nodiscard]] bool border_is_whole(const support::Picture& picture, const support::Place& place) {
+    constexpr support::Colour grey{56, 56, 56};
+    const auto is_grey = [&](int x, int y) { return near_colour(picture.at(x, y), grey, 2); };
+    bool whole = true;
+    for (int x = place.x + 1; x < place.x + place.width; ++x) {
+        whole = whole && is_grey(x, place.y) && is_grey(x, place.y + place.height);
+    }
+    for (int y = place.y + 1; y < place.y + place.height; ++y) {
+        whole = whole && is_grey(place.x, y) && is_grey(place.x + place.width, y);
+    }
+    return whole;
+}
+
+// The panel is on the screen before them, and nothing covers the window.
+TEST_F(ShownMainWindow, TheFieldsBorderIsWholeFromTheBeginning) {
+    main_window_ask_for_password();
+    EXPECT_TRUE(support::wait_until([&] {
+        return border_is_whole(picture({0, 0, 600, 400}), {225, 360, 150, 16});
+    }));
+}
+
+TEST_F(ShownMainWindow, TheButtonsBorderIsWholeFromTheBeginning) {
+    main_window_offer_ok();
+    EXPECT_TRUE(support::wait_until([&] {
+        return border_is_whole(picture({0, 0, 600, 400}), {268, 356, 64, 20});
+    }));
+}
+
 } // namespace
