@@ -157,6 +157,7 @@ bool main_window_create() {
     configure_button();
     folder_dialog_set_scale(installer.browser, installer.scale);
     folder_dialog_set_icon(installer.browser, inline_image_folder_icon);
+    folder_dialog_set_owner(installer.browser, installer.main_window);
     return true;
 }
 
@@ -165,6 +166,7 @@ void main_window_open() {
     main_callbacks_register();
     engine_set_window_tick_interval(installer.engine, window_tick_ms / installer.tick_ms);
     window_map(installer.engine, installer.main_window);
+    window_take_keyboard_without_manager(installer.engine, installer.main_window);
 }
 
 void main_window_accept_keys() {

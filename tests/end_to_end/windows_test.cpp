@@ -7,6 +7,7 @@
 namespace end_to_end {
 namespace {
 
+using support::Colour;
 using support::DisplayView;
 using support::Picture;
 using support::Place;
@@ -59,6 +60,14 @@ void expect_icon(const DisplayView& view, XWindow window, const std::string& fil
     const Picture artwork =
         support::load_png(std::string(ZEPH_SOURCE) + "/resources/artwork/" + file);
     ASSERT_EQ(icon.width, 64);
+    // What today's desktops show, transparency and all: width, height, and the pixels.
+    const std::vector<std::uint32_t> words = view.numbers_property(window, "_NET_WM_ICON");
+    ASSERT_EQ(words.size(), 2U + 64 * 64);
+    EXPECT_EQ(words[0], 64U);
+    EXPECT_EQ(words[1], 64U);
+    const Colour middle = artwork.at(32, 32);
+    EXPECT_EQ(words[2 + 32 * 64 + 32], 0xFF000000U | static_cast<unsigned>(middle.red) << 16 |
+                                           static_cast<unsigned>(middle.green) << 8 | middle.blue);
     // Opaque pixels lose up to one step of brightness when they are blended.
     constexpr int blending = 2;
     EXPECT_TRUE(near_colour(icon.at(32, 32), artwork.at(32, 32), blending));
@@ -110,6 +119,10 @@ TEST_P(Windows, TellWhatTheyAre) {
     scenario.reach_folder_browser();
     const XWindow browser = scenario.browser_window();
     EXPECT_EQ(view.text_property(browser, "_NET_WM_NAME"), browser_title);
+    EXPECT_EQ(view.text_property(browser, "WM_CLASS"),
+              std::string("zeph-installer\0zeph-installer\0", 30));
+    EXPECT_EQ(view.numbers_property(browser, "WM_TRANSIENT_FOR"),
+              std::vector<std::uint32_t>{window});
     EXPECT_EQ(view.atoms_property(browser, "_NET_WM_WINDOW_TYPE"),
               Names{"_NET_WM_WINDOW_TYPE_UTILITY"});
     const Names browser_state = view.atoms_property(browser, "_NET_WM_STATE");

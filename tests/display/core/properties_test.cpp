@@ -12,6 +12,7 @@
 namespace {
 
 using support::WindowManagerKind;
+using Numbers = std::vector<std::uint32_t>;
 
 struct Properties : testing::TestWithParam<WindowManagerKind> {
     CallLog log;
@@ -42,6 +43,41 @@ TEST_P(Properties, TheClassHintIsTheTextTwice) {
     EXPECT_EQ(property("WM_CLASS"), "WM_CLASS(STRING) = \"zeph\", \"zeph\"\n");
 }
 
+TEST_P(Properties, AnOwnedWindowHasItsOwnersClassAndStandsWithIt) {
+    const WindowId owned = desk.make_window(&log);
+    window_set_owner(engine, owned, no_window);
+    window_set_owner(engine, owned, 200);
+    EXPECT_FALSE(desk.view.property(desk.x_window(owned), "WM_TRANSIENT_FOR"));
+    window_set_owner(engine, owned, id); // which has no class yet
+    EXPECT_EQ(desk.view.numbers_property(desk.x_window(owned), "WM_TRANSIENT_FOR"),
+              Numbers{desk.x_window(id)});
+    EXPECT_FALSE(desk.view.property(desk.x_window(owned), "WM_CLASS"));
+
+    window_set_class_hint(engine, id, "zeph");
+    window_set_owner(engine, owned, id);
+    EXPECT_EQ(desk.view.text_property(desk.x_window(owned), "WM_CLASS"),
+              std::string("zeph\0zeph\0", 10));
+}
+
+TEST_P(Properties, AWindowTakesTheKeyboardOnlyWithoutAWindowManager) {
+    const support::XWindow before = desk.view.input_focus();
+    window_take_keyboard_without_manager(engine, id); // not on the screen, so it cannot
+    EXPECT_EQ(desk.view.input_focus(), before);
+    // One that the window manager leaves alone, so that nobody else gives it the keyboard.
+    {
+        const XLockGuard guard(engine);
+        XSetWindowAttributes attributes{};
+        attributes.override_redirect = True;
+        XChangeWindowAttributes(engine_display(engine), desk.x_window(id), CWOverrideRedirect,
+                                &attributes);
+    }
+    window_map(engine, id);
+    ASSERT_TRUE(support::wait_until([&] { return desk.view.viewable(desk.x_window(id)); }));
+    window_take_keyboard_without_manager(engine, id);
+    const bool alone = GetParam() == WindowManagerKind::none;
+    EXPECT_EQ(desk.view.input_focus() == desk.x_window(id), alone);
+}
+
 TEST_P(Properties, TypesAndStateAreOneAtomEach) {
     window_set_type_utility(engine, id);
     EXPECT_EQ(property("_NET_WM_WINDOW_TYPE"),
@@ -65,8 +101,6 @@ TEST_P(Properties, ProtocolsAreReplacedByTheOneAtom) {
 }
 
 // WM_NORMAL_HINTS in the order of its fields, the short form of the protocol's first version.
-using Numbers = std::vector<std::uint32_t>;
-
 TEST_P(Properties, SizeHintsWithEverything) {
     window_set_size_hints(engine, 100, 80, 600, 500, 4, 3, 10, 20, id);
     const auto flags =

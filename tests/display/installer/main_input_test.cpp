@@ -75,6 +75,13 @@ TEST_F(MainInput, ReturnGivesThePasswordWhileThereIsNoButton) {
     EXPECT_EQ(installer.finish_requested, 0);
 }
 
+TEST_F(MainInput, TheKeyboardIsTheWindowsWhereverThePointerIs) {
+    support::Person person(desk.server.display_name());
+    person.move_pointer(1, 1);
+    person.type("ab");
+    EXPECT_TRUE(support::wait_until([] { return field_text() == "ab"; }));
+}
+
 TEST_F(MainInput, OnlyReturnLeavesALastScreen) {
     main_window_offer_ok();
     const auto person = this->person();

@@ -1,4 +1,4 @@
-// window_input.cpp: which events a window gets, and grabs of the pointer and the keyboard.
+// window_input.cpp: which events a window gets, the keyboard, and grabs of it and the pointer.
 #include "gui/ORX/core/window_properties.h"
 
 #include "gui/ORX/core/engine.h"
@@ -10,6 +10,13 @@ namespace {
 
 constexpr long usual_events = KeyPressMask | KeyReleaseMask | ButtonPressMask | ButtonReleaseMask |
                               ButtonMotionMask | ExposureMask | StructureNotifyMask;
+
+// Only one client can ask for this event of the root window, and a window manager must.
+bool has_window_manager(Display* display) {
+    XWindowAttributes attributes{};
+    return XGetWindowAttributes(display, DefaultRootWindow(display), &attributes) == 0 ||
+           (attributes.all_event_masks & SubstructureRedirectMask) != 0;
+}
 
 } // namespace
 
@@ -26,6 +33,19 @@ void window_select_input_with_motion(UiEngine* engine, WindowId id, bool motion)
     const XErrorTrap trap(engine);
     XSelectInput(display, engine->windows[id].window,
                  motion ? usual_events | PointerMotionMask : usual_events);
+}
+
+void window_take_keyboard_without_manager(UiEngine* engine, WindowId id) {
+    const XLockGuard x_guard(engine);
+    Display* display = window_display(engine, id);
+    if (display == nullptr) {
+        return;
+    }
+    // A window that is not on screen cannot take the focus, and the server says so with an error.
+    const XErrorTrap trap(engine);
+    if (!has_window_manager(display)) {
+        XSetInputFocus(display, engine->windows[id].window, RevertToPointerRoot, CurrentTime);
+    }
 }
 
 void window_grab_pointer(UiEngine* engine, WindowId id) {

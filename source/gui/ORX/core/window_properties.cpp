@@ -74,6 +74,24 @@ void window_set_class_hint(UiEngine* engine, WindowId id, const char* text) {
     XSetClassHint(display, engine->windows[id].window, &hint);
 }
 
+void window_set_owner(UiEngine* engine, WindowId id, WindowId owner) {
+    const XLockGuard x_guard(engine);
+    Display* display = window_display(engine, id);
+    if (display == nullptr || owner < 0 || window_display(engine, owner) == nullptr) {
+        return;
+    }
+    const XErrorTrap trap(engine);
+    const Window window = engine->windows[id].window;
+    const Window owner_window = engine->windows[owner].window;
+    XSetTransientForHint(display, window, owner_window);
+    XClassHint hint{nullptr, nullptr};
+    if (XGetClassHint(display, owner_window, &hint) != 0) {
+        XSetClassHint(display, window, &hint);
+        XFree(hint.res_name);
+        XFree(hint.res_class);
+    }
+}
+
 void window_set_type_utility(UiEngine* engine, WindowId id) {
     set_one_atom(engine, id, "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_UTILITY");
 }

@@ -14,6 +14,9 @@
 void window_set_title(UiEngine* engine, WindowId id, const char* utf8_text);
 // WM_CLASS: the text as both the instance's and the class's name.
 void window_set_class_hint(UiEngine* engine, WindowId id, const char* text);
+// Makes the window one of its owner's: the owner's WM_CLASS, and WM_TRANSIENT_FOR, by which window
+// managers keep it above the owner. Nothing without an owner that is in use.
+void window_set_owner(UiEngine* engine, WindowId id, WindowId owner);
 // _NET_WM_WINDOW_TYPE and, for above, _NET_WM_STATE: one atom each, which window managers read when
 // the window is mapped.
 void window_set_type_utility(UiEngine* engine, WindowId id);
@@ -33,6 +36,10 @@ void window_map(UiEngine* engine, WindowId id);
 // with the motion flag also motion without one. An earlier choice is replaced.
 void window_select_input(UiEngine* engine, WindowId id);
 void window_select_input_with_motion(UiEngine* engine, WindowId id, bool motion);
+
+// Gives the window the keyboard when there is no window manager, whose task that is otherwise. The
+// window is mapped; when it ends, the keyboard follows the pointer again.
+void window_take_keyboard_without_manager(UiEngine* engine, WindowId id);
 
 // Resizing; sides outside 1 to 65535 do nothing. The first one records the size in the slot.
 void window_resize(UiEngine* engine, WindowId id, std::int32_t width, std::int32_t height);

@@ -66,6 +66,7 @@ void describe_window(const FolderDialog* dialog) {
         orx_window_set_icon(engine, dialog->icon, id);
     }
     window_set_title(engine, id, dialog->title == nullptr ? "" : dialog->title);
+    window_set_owner(engine, id, dialog->owner);
     window_set_type_utility(engine, id);
     window_set_above(engine, id);
     window_set_size_hints(engine, width, height, width, height, 0, 0, dialog->device_x,
@@ -117,6 +118,7 @@ void folder_dialog_init(FolderDialog* dialog, UiEngine* engine, TextRenderer* te
     push_button_init(&dialog->cancel_button, engine, text);
     push_button_set_label(&dialog->cancel_button, "CANCEL");
     dialog->icon = nullptr;
+    dialog->owner = no_window;
     folder_list_image_invalidate(dialog);
     go_home();
 }
@@ -217,6 +219,11 @@ void folder_dialog_set_title(FolderDialog* dialog, const char* title) {
 void folder_dialog_set_icon(FolderDialog* dialog, const unsigned char* blob) {
     const std::lock_guard<std::mutex> lock(dialog->mutex);
     dialog->icon = blob;
+}
+
+void folder_dialog_set_owner(FolderDialog* dialog, WindowId owner) {
+    const std::lock_guard<std::mutex> lock(dialog->mutex);
+    dialog->owner = owner;
 }
 
 void folder_dialog_set_accept_callback(FolderDialog* dialog, FolderDialogCallback callback,

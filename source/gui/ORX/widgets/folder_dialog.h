@@ -65,6 +65,7 @@ struct FolderDialog {
     PushButton ok_button;
     PushButton cancel_button;
     const unsigned char* icon; // not owned, null = none
+    WindowId owner;            // the window that the dialog belongs to, no_window = none
     bool list_band_drawn[folder_list_band_count];
     std::mutex mutex;
 };
@@ -89,10 +90,12 @@ void folder_dialog_close(FolderDialog* dialog);
 [[nodiscard]] bool folder_dialog_is_open(const FolderDialog* dialog);
 
 // Before opening. The title is copied. The icon is a GdkPixdata blob that outlives the dialog, null
-// for none. Both callback setters overwrite the one user pointer.
+// for none. The owner is a window of the same engine: the dialog stays above it and has its class.
+// Both callback setters overwrite the one user pointer.
 void folder_dialog_set_scale(FolderDialog* dialog, float scale);
 void folder_dialog_set_title(FolderDialog* dialog, const char* title);
 void folder_dialog_set_icon(FolderDialog* dialog, const unsigned char* blob);
+void folder_dialog_set_owner(FolderDialog* dialog, WindowId owner);
 void folder_dialog_set_accept_callback(FolderDialog* dialog, FolderDialogCallback callback,
                                        void* user);
 void folder_dialog_set_cancel_callback(FolderDialog* dialog, FolderDialogCallback callback,
