@@ -199,7 +199,7 @@ inside() {
     local top=$run/root node
     cd "$top" || exit 2
     {
-        mount --bind . . && cd "$top" &&
+        mount --rbind . . && cd "$top" &&
             mount -t proc -o nosuid,nodev,noexec proc proc &&
             mount -t sysfs -o ro,nosuid,nodev,noexec sysfs sys &&
             mount -t tmpfs -o mode=755,nosuid tmpfs dev &&
