@@ -8,7 +8,7 @@
 build_packages=(g++ cmake ninja-build libx11-dev libpng-dev)
 tour_packages=(libxtst-dev libxcb1-dev libgtest-dev sudo passwd tar gzip xvfb openbox ladspa-sdk)
 test_packages=(clang clang-tidy clang-format twm xfonts-base x11-utils xclip xsel desktop-file-utils python3
-    python3-hypothesis binutils file procps ccache lilv-utils lv2-dev locales uim-xim)
+    python3-hypothesis binutils file procps ccache lilv-utils lv2-dev locales uim-xim xz-utils serdi)
 
 # What stands for the packages where there is no dpkg to ask.
 tool_of() {
@@ -22,6 +22,7 @@ tool_of() {
     x11-utils) echo xprop ;;
     binutils) echo readelf ;;
     procps) echo ps ;;
+    xz-utils) echo xz ;;
     locales) echo localedef ;;
     lilv-utils) echo lv2ls ;;
     lv2-dev | python3-hypothesis | xfonts-base) echo "" ;;

@@ -40,7 +40,7 @@ TEST(PluginErrors, FolderThatBelongsToTheSystem) {
 TEST(PluginErrors, LinksThatLeadOutOrNowhere) {
     const ProductFolder product;
     fs::create_symlink("/etc/hostname", product.file("my-plug-in.lv2/out"));
-    product.expect_refused({"plugin: ", "my-plug-in.lv2/out is a link that leads out"});
+    product.expect_refused({"plugin: ", "my-plug-in.lv2/out is a link to /etc/hostname", "inside"});
     fs::remove(product.file("my-plug-in.lv2/out"));
     fs::create_symlink("nothing", product.file("my-plug-in.lv2/loose"));
     product.expect_refused({"plugin: ", "my-plug-in.lv2/loose is a link to nothing"});

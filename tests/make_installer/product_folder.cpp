@@ -80,7 +80,7 @@ void ProductFolder::expect_refused(const std::vector<std::string>& words) const 
     std::istringstream lines(outcome.complained);
     bool found = false;
     for (std::string line; std::getline(lines, line);) {
-        bool all = line.find("product.toml: ") != std::string::npos;
+        bool all = line.find("product.toml:") != std::string::npos;
         for (const std::string& word : words) {
             all = all && line.find(word) != std::string::npos;
         }

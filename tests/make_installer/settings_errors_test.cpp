@@ -20,7 +20,7 @@ TEST(SettingsErrors, NoFolderAtAll) {
 TEST(SettingsErrors, NotInTheFormat) {
     const ProductFolder product;
     product.write("product.toml", "product_name = \"ab\nproduct_version = 1\n");
-    product.expect_refused({"line 1", "name = \"text\""});
+    product.expect_refused({"product.toml:1: ", "name = \"text\""});
 }
 
 TEST(SettingsErrors, NotUtf8) {
@@ -41,6 +41,43 @@ TEST(SettingsErrors, UnknownSettingNamesTheNearOne) {
     const ProductFolder product;
     product.write("product.toml", product.read("product.toml") + "product_nam = \"x\"\n");
     product.expect_refused({"product_nam: there is no such setting", "product_name"});
+}
+
+TEST(SettingsErrors, AMisspeltSettingIsNotMissingToo) {
+    const ProductFolder product;
+    product.remove("product_version");
+    product.write("product.toml", "product_verison = \"1\"\n" + product.read("product.toml"));
+    product.expect_refused({"product.toml:1: product_verison: ", "did you mean product_version?"});
+    EXPECT_NE(product.make().complained.find("; 1 thing to mend"), std::string::npos);
+}
+
+TEST(SettingsErrors, SettingsAndFilesTogetherEachWithItsLine) {
+    const ProductFolder product;
+    product.write("product.toml", "# one line more\n" + product.read("product.toml"));
+    product.set("verify_installation", "7");
+    product.set("splash_picture", "\"no.png\"");
+    std::filesystem::remove_all(product.file("my-plug-in.lv2"));
+    const std::string complained = product.make().complained;
+    for (const char* text : {"verify_installation: is 7; ", "splash_picture: there is no ",
+                             "plugin: there is no ", "; 3 things to mend"}) {
+        EXPECT_NE(complained.find(text), std::string::npos) << text << "\n" << complained;
+    }
+    // Above product_name stand the new line and six of the template's.
+    product.set("product_name", "7");
+    product.expect_refused({"product.toml:8: product_name: is not a text"});
+}
+
+TEST(SettingsErrors, AByteOrderMarkIsNone) {
+    const ProductFolder product;
+    product.write("product.toml", "\xef\xbb\xbf" + product.read("product.toml"));
+    product.set("verify_installation", "7");
+    EXPECT_NE(product.make().complained.find("; 1 thing to mend"), std::string::npos);
+}
+
+TEST(SettingsErrors, CompressionIsOneOfTwo) {
+    const ProductFolder product;
+    product.set("compression", "\"zip\"");
+    product.expect_refused({"compression: is 'zip'; write \"gzip\" or \"xz\""});
 }
 
 TEST(SettingsErrors, AllComplaintsAtOnce) {

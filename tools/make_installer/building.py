@@ -3,9 +3,10 @@
 import os
 import re
 import shutil
+import signal
 import subprocess
-import sys
 
+from progress import Progress
 from staging import REPOSITORY
 
 TARGET = "zeph-installer"
@@ -16,31 +17,26 @@ class BuildError(Exception):
     """A command failed; the text is its output."""
 
 
-class Progress:
-    """A count of steps, on one line of a terminal, or now and then a line elsewhere."""
-
-    def __init__(self):
-        self.on_terminal = sys.stdout.isatty()
-        self.shown = -1
-
-    def step(self, done, total):
-        tenths = 10 * done // total
-        if self.on_terminal:
-            print(f"\rBuilding: {done} of {total} steps", end="", flush=True)
-        elif tenths != self.shown:
-            print(f"Building: {done} of {total} steps", flush=True)
-        self.shown = tenths
-
-    def end(self):
-        if self.on_terminal and self.shown >= 0:
-            print()
-
-
 def run(command):
     """Runs a command to its end; BuildError with its complaints when it fails."""
     result = subprocess.run(command, capture_output=True, text=True, errors="replace", check=False)
     if result.returncode != 0:
         raise BuildError(f"{command[0]} failed:\n{result.stderr or result.stdout}")
+
+
+def forget_other_place(build_folder):
+    """CMake refuses a build folder that was copied, or whose sources moved; all in it is made anew."""
+    try:
+        with open(os.path.join(build_folder, "CMakeCache.txt"), encoding="utf-8") as file:
+            places = dict(re.findall(r"^(CMAKE_\w+_(?:DIR|DIRECTORY)):\w+=(.*)$", file.read(), re.M))
+    except FileNotFoundError:
+        return
+    wanted = {"CMAKE_CACHEFILE_DIR": build_folder, "CMAKE_HOME_DIRECTORY": REPOSITORY}
+    if any(os.path.realpath(places.get(name, "")) != os.path.realpath(place)
+           for name, place in wanted.items()):
+        print("The build folder was made in another place and is made anew", flush=True)
+        shutil.rmtree(build_folder)
+        os.makedirs(build_folder)
 
 
 def configure(stage, build_folder):
@@ -68,28 +64,44 @@ def configure(stage, build_folder):
 def build(stage, build_folder):
     """Configures where needed and builds; the path of the executable, not yet stripped."""
     os.makedirs(build_folder, exist_ok=True)
+    forget_other_place(build_folder)
     configure(stage, build_folder)
     command = ["cmake", "--build", build_folder, "--target", TARGET]
+    # In a session of its own, so that all of it can be stopped, and nothing else.
     process = subprocess.Popen(
-        command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace"
+        command,
+        stdout=subprocess.PIPE,
+        stderr=subprocess.STDOUT,
+        text=True,
+        errors="replace",
+        start_new_session=True,
     )
-    progress = Progress()
+    progress = Progress("Building", "steps")
     said = []
-    for line in process.stdout:
-        match = STEP.match(line)
-        if match:
-            progress.step(int(match[1]), int(match[2]))
-        else:
-            said.append(line)
-    progress.end()
-    if process.wait() != 0:
+    try:
+        for line in process.stdout:
+            match = STEP.match(line)
+            if match:
+                progress.step(int(match[1]), int(match[2]))
+            else:
+                said.append(line)
+        status = process.wait()
+    except BaseException:
+        os.killpg(process.pid, signal.SIGTERM)
+        process.wait()
+        raise
+    finally:
+        progress.end()
+    if status != 0:
         raise BuildError("the build failed:\n" + "".join(said))
     return os.path.join(build_folder, TARGET)
 
 
+def converted_background(built):
+    """The background picture as the build has taken it in."""
+    return os.path.join(os.path.dirname(built), "resources", "artwork", "background.blob")
+
+
 def strip(executable, output):
-    """Leaves a stripped copy at output, which appears whole or not at all."""
-    os.makedirs(os.path.dirname(output), exist_ok=True)
-    unfinished = output + ".unfinished"
-    run(["strip", "--strip-all", "-o", unfinished, executable])
-    os.replace(unfinished, output)
+    """Leaves a stripped copy at output."""
+    run(["strip", "--strip-all", "-o", output, executable])

@@ -1,16 +1,16 @@
-"""A product's settings: reading product.toml, and every rule that a setting must keep.
+"""A product's settings: every rule that a setting must keep.
 
-Nothing here touches the machine beyond reading that one file. Each complaint names the setting,
-what is wrong and what mends it.
+Nothing here touches the machine beyond reading that one file. Each complaint names the file, the
+line, the setting, what is wrong and what mends it.
 """
 
-import os
+import difflib
 import re
-import tomllib
 
 import screen_text
-
-FILE_NAME = "product.toml"
+import settings_file
+from settings_file import FILE_NAME, SettingsError
+from wording import visible
 
 SWITCHES = (
     "create_extra_folder",
@@ -42,6 +42,8 @@ PICTURES = (
     ("desktop_icon_picture", 48, 48, True),
 )
 FILES = ("plugin",) + tuple(picture[0] for picture in PICTURES)
+# Those that need not be there: what each may say, the first being what it is without.
+CHOICES = {"compression": ("gzip", "xz")}
 
 # What a shell, and a split at blanks, leave in one piece. No "%": desktop entries read codes in it.
 PLAIN = re.compile(r"[A-Za-z0-9._+@:,=/-]*")
@@ -54,35 +56,48 @@ LONGEST_FOLDER = 255
 LONGEST_COMMENT = 255
 
 
-class SettingsError(Exception):
-    """One or more complaints, a line each."""
-
-    def __init__(self, complaints):
-        super().__init__("\n".join(complaints))
-        self.complaints = complaints
-
-
 class Checker:
     """Collects complaints, so that a maker sees all of them at once."""
 
-    def __init__(self, values):
+    def __init__(self, path, values, lines):
+        self.path = path
         self.values = values
+        self.lines = lines
         self.complaints = []
 
     def complain(self, setting, wrong, mend):
-        self.complaints.append(f"{setting}: {wrong}; {mend}")
+        self.complain_as_said(setting, f"{wrong}; {mend}")
+
+    def complain_as_said(self, setting, said):
+        """Of a setting, with the mend in what is said."""
+        self.complaints.append(f"{self.place_of(setting)}: {visible(setting)}: {said}")
+
+    def place_of(self, setting):
+        """The file, and the line if there is one."""
+        line = self.lines.get(setting)
+        return visible(self.path) + (f":{line}" if line else "")
 
     def check_names(self):
-        known = TEXTS + SWITCHES + FILES
+        required = TEXTS + SWITCHES + FILES
+        known = required + tuple(CHOICES)
+        meant = set()
         for setting in self.values:
             if setting not in known:
-                near = [name for name in known if name.startswith(setting[:6])]
+                near = difflib.get_close_matches(setting, known, n=1)
+                meant.update(near)
                 mend = f"did you mean {near[0]}?" if near else "remove it"
                 self.complain(setting, "there is no such setting", mend)
-        for setting in known:
-            if setting not in self.values:
+        for setting in required:
+            if setting not in self.values and setting not in meant:
                 example = "0" if setting in SWITCHES else '"..."'
                 self.complain(setting, "is missing", f"add a line {setting} = {example}")
+
+    def check_choices(self):
+        for setting, choices in CHOICES.items():
+            value = self.values.setdefault(setting, choices[0])
+            if value not in choices:
+                mend = "write " + " or ".join(f'"{choice}"' for choice in choices)
+                self.complain(setting, f"is {value!r}", mend)
 
     def check_types(self):
         for setting, value in list(self.values.items()):
@@ -221,31 +236,23 @@ class Checker:
         self.check_folder("default_install_folder")
         self.check_folder("extra_folder", needed=False)
         self.check_switches()
+        self.check_choices()
         for setting in FILES:
             self.text(setting)
 
 
+def check_settings(folder):
+    """A Checker with the settings of the product in the folder and what is wrong with them;
+    SettingsError when the file cannot be read at all."""
+    path, values, lines = settings_file.read(folder)
+    checker = Checker(path, values, lines)
+    checker.check_all()
+    return checker
+
+
 def read_settings(folder):
     """The settings of the product in the folder, all rules kept, or SettingsError."""
-    path = os.path.join(folder, FILE_NAME)
-    try:
-        with open(path, "rb") as file:
-            values = tomllib.load(file)
-    except FileNotFoundError:
-        mend = "make one with ./make-installer --new FOLDER"
-        raise SettingsError([f"{path}: there is no settings file; {mend}"]) from None
-    except OSError as error:
-        raise SettingsError([f"{path}: cannot be read: {error.strerror}"]) from None
-    except UnicodeDecodeError:
-        raise SettingsError([f"{path}: is not UTF-8 text; save it as UTF-8"]) from None
-    except tomllib.TOMLDecodeError as error:
-        mend = 'write each setting on a line of its own: name = "text" or name = 1'
-        raise SettingsError([f"{path}: {error}; {mend}"]) from None
-    except (ValueError, RecursionError):
-        mend = "give each setting one short text, 0 or 1"
-        raise SettingsError([f"{path}: has a value too long or too deep to read; {mend}"]) from None
-    checker = Checker(dict(values))
-    checker.check_all()
+    checker = check_settings(folder)
     if checker.complaints:
-        raise SettingsError([f"{path}: {complaint}" for complaint in checker.complaints])
-    return values
+        raise SettingsError(checker.complaints)
+    return checker.values

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Packs files and folders into the gzip'd tar archive that an installer carries.
 
-The same input gives the same bytes: names are sorted, the owner is root/root, the time is fixed
+The same input gives the same bytes: names are sorted, the owner is root/root, all have one time
 and modes are set here, whatever they are on the maker's disk. Each file or folder given becomes a
 top-level member; nothing above it is recorded, so that unpacking never touches the folder it is
 unpacked into.
@@ -25,18 +25,26 @@ class PackingError(Exception):
     """The input cannot be packed; the text says which file and why."""
 
 
-def members_of(path, name):
-    """(path, archive name) of a file, or of a folder and all that is in it, in sorted order."""
+def members_of(path, name, left_out=lambda name: False):
+    """(path, archive name) of a file, or of a folder and all that is in it, in sorted order; without
+    what left_out says of the bare name of."""
     yield path, name
     if os.path.isdir(path) and not os.path.islink(path):
-        for entry in sorted(os.listdir(path)):
-            yield from members_of(os.path.join(path, entry), f"{name}/{entry}")
+        for entry in sorted(os.listdir(path), key=os.fsencode):
+            if not left_out(entry):
+                yield from members_of(os.path.join(path, entry), f"{name}/{entry}", left_out)
 
 
-def member_header(path, name, file_mode):
+def top_members(paths):
+    """The members of several files and folders, each at the top."""
+    for top in sorted(paths, key=lambda path: os.path.basename(os.path.abspath(path))):
+        yield from members_of(top, os.path.basename(os.path.abspath(top)))
+
+
+def member_header(path, name, file_mode, time):
     status = os.lstat(path)
     member = tarfile.TarInfo(name)
-    member.mtime = MEMBER_TIME
+    member.mtime = time
     member.uname = member.gname = "root"
     if stat.S_ISDIR(status.st_mode):
         member.type = tarfile.DIRTYPE
@@ -54,28 +62,76 @@ def member_header(path, name, file_mode):
     return member
 
 
+class CountedReader:
+    """A file that tells how many bytes were read from it."""
+
+    def __init__(self, file, tell):
+        self.file = file
+        self.tell = tell
+
+    def read(self, size=-1):
+        data = self.file.read(size)
+        self.tell(len(data))
+        return data
+
+
+def write_tar(output, members, file_mode=None, time=MEMBER_TIME, tell=lambda count: None):
+    """Writes the archive of (path, archive name) pairs, blocked to 10,240 bytes as tar does by
+    itself. Nothing is kept in memory; tell gets the counts of bytes as they are read."""
+    with tarfile.open(
+        fileobj=output, mode="w|", format=tarfile.GNU_FORMAT, bufsize=tarfile.RECORDSIZE
+    ) as archive:
+        for path, name in members:
+            member = member_header(path, name, file_mode, time)
+            if not member.isreg():
+                archive.addfile(member)
+                continue
+            with open(path, "rb") as content:
+                if os.fstat(content.fileno()).st_size != member.size:
+                    raise PackingError(f"{path}: changed while it was packed")
+                try:
+                    archive.addfile(member, CountedReader(content, tell))
+                except OSError as error:
+                    if error.errno is not None:
+                        raise
+                    raise PackingError(f"{path}: changed while it was packed") from None
+
+
+class GzipWriter:
+    """Writes one gzip member without name or time. The comment, if any, ends with a zero."""
+
+    def __init__(self, output, comment=b"", level=9):
+        self.output = output
+        self.deflater = zlib.compressobj(level, zlib.DEFLATED, -zlib.MAX_WBITS, 9)
+        self.checksum = 0
+        self.length = 0
+        flags = 0x10 if comment else 0
+        output.write(struct.pack("<BBBBIBB", 0x1F, 0x8B, 8, flags, 0, 2, 3) + comment)
+
+    def write(self, data):
+        self.checksum = zlib.crc32(data, self.checksum)
+        self.length += len(data)
+        self.output.write(self.deflater.compress(data))
+
+    def close(self):
+        tail = struct.pack("<II", self.checksum, self.length & 0xFFFFFFFF)
+        self.output.write(self.deflater.flush() + tail)
+
+
 def tar_bytes(paths, file_mode=None):
-    """The archive of the files and folders, blocked to 10,240 bytes as tar does by itself."""
+    """The archive of the files and folders as bytes."""
     buffer = io.BytesIO()
-    with tarfile.open(fileobj=buffer, mode="w", format=tarfile.GNU_FORMAT) as archive:
-        for top in sorted(paths, key=lambda path: os.path.basename(os.path.abspath(path))):
-            for path, name in members_of(top, os.path.basename(os.path.abspath(top))):
-                member = member_header(path, name, file_mode)
-                if member.isreg():
-                    with open(path, "rb") as content:
-                        archive.addfile(member, content)
-                else:
-                    archive.addfile(member)
+    write_tar(buffer, top_members(paths), file_mode)
     return buffer.getvalue()
 
 
 def gzip_bytes(data, comment=b""):
-    """The data in one gzip member without name or time. The comment, if any, ends with a zero."""
-    deflater = zlib.compressobj(9, zlib.DEFLATED, -zlib.MAX_WBITS, 9)
-    deflated = deflater.compress(data) + deflater.flush()
-    flags = 0x10 if comment else 0
-    header = struct.pack("<BBBBIBB", 0x1F, 0x8B, 8, flags, 0, 2, 3)
-    return header + comment + deflated + struct.pack("<II", zlib.crc32(data), len(data) & 0xFFFFFFFF)
+    """The data in one gzip member."""
+    buffer = io.BytesIO()
+    writer = GzipWriter(buffer, comment)
+    writer.write(data)
+    writer.close()
+    return buffer.getvalue()
 
 
 def comment_of(length, text):
@@ -92,9 +148,10 @@ def main():
     parser.add_argument("paths", nargs="+")
     arguments = parser.parse_args()
     try:
-        packed = gzip_bytes(tar_bytes(arguments.paths, arguments.file_mode))
         with open(arguments.output, "wb") as output:
-            output.write(packed)
+            packed = GzipWriter(output)
+            write_tar(packed, top_members(arguments.paths), arguments.file_mode)
+            packed.close()
     except (OSError, PackingError) as error:
         sys.exit(f"pack_archive: {error}")
 

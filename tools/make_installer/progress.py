@@ -1,0 +1,31 @@
+"""How far something long is: one line of a terminal, or now and then a line elsewhere."""
+
+import sys
+
+
+class Progress:
+    """Tells "DOING: done of total UNIT" or, without a unit, how many hundredths are done."""
+
+    def __init__(self, doing, unit=""):
+        self.doing = doing
+        self.unit = unit
+        self.on_terminal = sys.stdout.isatty()
+        self.shown = -1
+
+    def step(self, done, total):
+        parts = 100 if self.on_terminal and not self.unit else 10
+        part = parts * done // max(total, 1)
+        if part == self.shown and not (self.on_terminal and self.unit):
+            return
+        self.shown = part
+        far = f"{done} of {total} {self.unit}" if self.unit else f"{100 * done // max(total, 1)} %"
+        if self.on_terminal:
+            print(f"\r{self.doing}: {far}", end="", flush=True)
+        else:
+            print(f"{self.doing}: {far}", flush=True)
+
+    def end(self):
+        """What is said next begins on a line of its own."""
+        if self.on_terminal and self.shown >= 0:
+            print(flush=True)
+            self.shown = -1
