@@ -212,7 +212,7 @@ inside() {
                 [ -e "/dev/$node" ] || continue
                 touch "dev/$node" && mount --bind "/dev/$node" "dev/$node" || exit 2
             done &&
-            ln -s pts/ptmx dev/ptmx && ln -s /proc/self/fd dev/fd &&
+            touch dev/ptmx && mount --bind dev/pts/ptmx dev/ptmx && ln -s /proc/self/fd dev/fd &&
             ln -s fd/0 dev/stdin && ln -s fd/1 dev/stdout && ln -s fd/2 dev/stderr &&
             mkdir -p run/lock &&
             echo bare > proc/sys/kernel/hostname &&
