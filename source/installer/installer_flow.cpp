@@ -82,7 +82,6 @@ bool authenticate() {
             return false;
         }
         main_window_refuse_password();
-        installer.password_submitted = 0;
     }
 }
 

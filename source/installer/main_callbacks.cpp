@@ -7,8 +7,6 @@
 #include "installer/installer_state.h"
 #include "installer/window_picture.h"
 
-#include <X11/Xlib.h>
-
 #include <cstdlib>
 #include <cstring>
 
@@ -53,15 +51,26 @@ void on_paint(std::int32_t left, std::int32_t top, std::int32_t width, std::int3
     window_picture_show(installer.main_picture, id, left, top, width, height);
 }
 
-void on_button_press(std::int32_t x, std::int32_t y, std::int32_t button, WindowId id,
+// With screen_lock held.
+void press_ok(std::int32_t x, std::int32_t y, std::int32_t button) {
+    if (button == left_button && push_button_hit(installer.button, x, y)) {
+        mark_button(true);
+    }
+}
+
+void on_button_press(std::int32_t x, std::int32_t y, std::int32_t button, WindowId /*id*/,
                      void* /*user_data*/) {
+    const std::lock_guard<std::mutex> lock(installer.screen_lock);
+    press_ok(x, y, button);
+}
+
+void on_button_press_with_field(std::int32_t x, std::int32_t y, std::int32_t button, WindowId id,
+                                void* /*user_data*/) {
     const std::lock_guard<std::mutex> lock(installer.screen_lock);
     if (button == middle_button && password_field_hit(installer.field, x, y)) {
         clipboard_request_paste(installer.engine, id);
     }
-    if (button == left_button && push_button_hit(installer.button, x, y)) {
-        mark_button(true);
-    }
+    press_ok(x, y, button);
 }
 
 void on_button_release(std::int32_t /*x*/, std::int32_t /*y*/, std::int32_t button, WindowId /*id*/,
@@ -80,16 +89,14 @@ void on_selection(unsigned char* data, WindowId id, void* /*user_data*/) {
     if (data == nullptr) {
         return;
     }
-    char* text = reinterpret_cast<char*>(data);
     const std::lock_guard<std::mutex> lock(installer.screen_lock);
     if (password_field_get_focused(installer.field) &&
         !password_field_get_hidden(installer.field)) {
-        password_field_set_text(installer.field, text);
+        password_field_set_text(installer.field, reinterpret_cast<char*>(data));
         password_field_set_dirty(installer.field, true);
         installer.ui_dirty = 1;
     }
-    explicit_bzero(text, std::strlen(text));
-    XFree(data);
+    clipboard_free_text(data);
 }
 
 void on_key_press(const char* text, unsigned long keysym, std::uint32_t /*state*/, WindowId /*id*/,
@@ -168,7 +175,10 @@ void main_callbacks_register() {
     folder_dialog_set_cancel_callback(installer.browser, on_folder_cancelled, nullptr);
 }
 
-void main_callbacks_register_keys() {
-    window_set_on_key_press(installer.engine, installer.main_window, on_key_press);
-    window_set_on_selection(installer.engine, installer.main_window, on_selection);
+void main_callbacks_register_field() {
+    UiEngine* engine = installer.engine;
+    const WindowId id = installer.main_window;
+    window_set_on_key_press(engine, id, on_key_press);
+    window_set_on_selection(engine, id, on_selection);
+    window_set_on_button_press(engine, id, on_button_press_with_field);
 }

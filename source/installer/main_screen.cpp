@@ -66,6 +66,7 @@ void main_window_refuse_password() {
     const ScreenLock lock(installer.screen_lock);
     fill_panel(incorrect_password_screen);
     password_field_clear(installer.field);
+    installer.password_submitted = 0; // first: from here on a Return is a new answer
     focus_field(true);
     installer.ui_dirty = 1;
 }

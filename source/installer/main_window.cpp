@@ -167,10 +167,13 @@ void main_window_open() {
     engine_set_window_tick_interval(installer.engine, window_tick_ms / installer.tick_ms);
     window_map(installer.engine, installer.main_window);
     window_take_keyboard_without_manager(installer.engine, installer.main_window);
+    if (window_is_gone(installer.engine, installer.main_window)) {
+        installer.cancel_requested = 1; // as closing it does
+    }
 }
 
 void main_window_accept_keys() {
-    main_callbacks_register_keys();
+    main_callbacks_register_field();
 }
 
 void main_window_destroy() {

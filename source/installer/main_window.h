@@ -12,17 +12,19 @@
 // Makes the window and its widgets. false when something could not be made (said on the console).
 [[nodiscard]] bool main_window_create();
 
-// Fills the window with the authentication screen and puts it on the display.
+// Fills the window with the authentication screen and puts it on the display. A cancel when another
+// client has destroyed it meanwhile.
 void main_window_open();
 
-// Lets keys and pasted text reach the password field.
+// Lets keys reach the password field, and a middle click in it fetch the clipboard's text. Before
+// that neither is taken, also on the screens that never ask for a password.
 void main_window_accept_keys();
 
 // Replaces the panel's lines.
 void main_window_show_screen(const ScreenText& screen);
 
 // The password field: ready for text; deaf while a password is being checked; emptied, ready and
-// below the message after a wrong one.
+// below the message after a wrong one, when an answer of before is forgotten.
 void main_window_ask_for_password();
 void main_window_hold_password();
 void main_window_refuse_password();

@@ -9,6 +9,7 @@
 #include <X11/keysym.h>
 
 #include <atomic>
+#include <thread>
 
 namespace {
 
@@ -142,9 +143,34 @@ TEST_F(ShownMainWindow, TakesNoTextBeforeItAsksForOne) {
     const events::Sender hand{desk.view, window()};
     hand.press(field_x, field_y, support::middle_button);
     hand.release(field_x, field_y, support::middle_button);
-    ASSERT_TRUE(support::wait_until([&] { return owner.requests() == 1; }));
     EXPECT_TRUE(
-        support::holds_for([] { return field_text().empty(); }, std::chrono::milliseconds{300}));
+        support::holds_for([&] { return owner.requests() == 0; }, std::chrono::milliseconds{300}));
+    EXPECT_EQ(field_text(), "");
+    EXPECT_FALSE(desk.view.property(window(), "PRIMARY"));
+
+    main_window_accept_keys();
+    hand.press(field_x, field_y, support::middle_button);
+    EXPECT_TRUE(support::wait_until([] { return field_text() == "pasted"; }));
+}
+
+// Whoever presses Return as soon as the field is ready again has given a new answer.
+TEST_F(ShownMainWindow, ForgetsAnAnswerBeforeItAsksAgain) {
+    installer.password_submitted = 1;
+    main_window_hold_password();
+    std::atomic<bool> forgotten_in_time{false};
+    std::thread person([&] {
+        while (true) {
+            const std::lock_guard<std::mutex> lock(installer.screen_lock);
+            if (password_field_get_focused(installer.field)) {
+                forgotten_in_time = installer.password_submitted == 0;
+                return;
+            }
+        }
+    });
+    main_window_refuse_password();
+    person.join();
+    EXPECT_TRUE(forgotten_in_time);
+    installer.password_submitted = 0;
 }
 
 TEST_F(MainInput, TheLeftButtonOnOkEndsTheRunWhereverItIsLetGo) {

@@ -3,6 +3,7 @@
 
 #include "gui/ORX/core/engine.h"
 #include "gui/ORX/core/engine_locks.h"
+#include "gui/ORX/core/reply_memory.h"
 #include "gui/ORX/core/window_records.h"
 #include "gui/ORX/core/x_error_trap.h"
 
@@ -35,4 +36,8 @@ void clipboard_forget_paste(UiEngine* engine, WindowId id) {
         const XErrorTrap trap(engine);
         XDeleteProperty(display, engine->windows[id].window, XA_PRIMARY);
     }
+}
+
+void clipboard_free_text(unsigned char* text) {
+    free_reply(text);
 }

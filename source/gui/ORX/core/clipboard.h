@@ -13,3 +13,6 @@ void clipboard_request_paste(UiEngine* engine, WindowId id);
 // Takes the text of the last answer off the window. It stays there otherwise, for every client to
 // read, until the next request or the window's end. Takes x_lock, any thread.
 void clipboard_forget_paste(UiEngine* engine, WindowId id);
+
+// Overwrites and frees the text that on_selection was given. Null is ignored. No lock, any thread.
+void clipboard_free_text(unsigned char* text);

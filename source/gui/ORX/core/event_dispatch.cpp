@@ -47,15 +47,30 @@ void dispatch_reparent(UiEngine* engine, const XReparentEvent& event) {
     }
 }
 
+// What another client has only said to be destroyed is still on the screen: then it ends here.
+EventTarget<CloseCallback> give_back_destroyed(UiEngine* engine, const XDestroyWindowEvent& event) {
+    const TableLockGuard table_guard(engine);
+    const XLockGuard x_guard(engine);
+    const auto target = target_with_lock(engine, event.event, &WindowSlot::on_close);
+    Display* display = engine_display(engine);
+    if (target.id == no_window || display == nullptr) {
+        return {};
+    }
+    const XErrorTrap trap(engine);
+    if (event.send_event != False) {
+        XDestroyWindow(display, event.event);
+    }
+    give_back_slot(engine, target.id);
+    return target;
+}
+
 void dispatch_destroy_notify(UiEngine* engine, const XDestroyWindowEvent& event) {
     if (event.window != event.event) {
         return; // a child of the window ended, the window itself did not
     }
-    const TableLockGuard table_guard(engine);
-    const XLockGuard x_guard(engine);
-    if (const WindowId id = window_from_x_window(engine, event.event); id != no_window) {
-        const XErrorTrap trap(engine);
-        give_back_slot(engine, id);
+    const auto target = give_back_destroyed(engine, event);
+    if (target.callback != nullptr) {
+        target.callback(0, 0, target.id, target.user_data);
     }
 }
 

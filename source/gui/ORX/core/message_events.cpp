@@ -2,6 +2,7 @@
 #include "gui/ORX/core/event_dispatch.h"
 
 #include "gui/ORX/core/event_target.h"
+#include "gui/ORX/core/reply_memory.h"
 #include "gui/ORX/core/window_placement_locked.h"
 #include "gui/ORX/core/window_records.h"
 #include "gui/ORX/core/x_error_trap.h"
@@ -10,8 +11,6 @@
 
 namespace {
 
-constexpr long largest_answer = 10'000'000; // in units of 4 bytes
-
 // The text that the owner left, or null when there is none. Text that is sent in pieces arrives
 // with another type and counts as none. With x_lock held.
 unsigned char* read_answer(UiEngine* engine, Window requestor) {
@@ -19,21 +18,8 @@ unsigned char* read_answer(UiEngine* engine, Window requestor) {
     if (display == nullptr) {
         return nullptr;
     }
-    Atom type = 0;
-    int format = 0;
-    unsigned long count = 0;
-    unsigned long left = 0;
-    unsigned char* data = nullptr;
     const XErrorTrap trap(engine);
-    const int status = XGetWindowProperty(display, requestor, XA_PRIMARY, 0, largest_answer, False,
-                                          XA_STRING, &type, &format, &count, &left, &data);
-    if (status == Success && type == XA_STRING && format == 8) {
-        return data;
-    }
-    if (status == Success && data != nullptr) {
-        XFree(data);
-    }
-    return nullptr;
+    return read_text_property(display, requestor, XA_PRIMARY).data;
 }
 
 struct ClosedWindow {

@@ -31,6 +31,8 @@ using CreateNotifyCallback = void (*)(std::int32_t height, std::int32_t width, W
 using SpareCallback = void (*)(void* user_data);
 // The close request of the window manager; (outer_x, outer_y) is where the frame stood on the
 // root window. The X window is already destroyed; the handle is given back after the call.
+// A window that another client has destroyed, or says that it has, counts as closed too: then the
+// handle has been given back before, and the place is 0, 0.
 using CloseCallback = void (*)(std::int32_t outer_x, std::int32_t outer_y, WindowId id,
                                void* user_data);
 // KeyPress and KeyRelease. text is zero-terminated and belongs to the engine until the next key;
@@ -38,7 +40,8 @@ using CloseCallback = void (*)(std::int32_t outer_x, std::int32_t outer_y, Windo
 using KeyCallback = void (*)(const char* text, unsigned long keysym, std::uint32_t state,
                              WindowId id, void* user_data);
 // SelectionNotify. data is STRING text, zero-terminated, and belongs to the callback, which frees
-// it with XFree; null when the owner refused or sends the text in pieces.
+// it with XFree, or with clipboard_free_text, which overwrites it first; null when the owner
+// refused or sends the text in pieces.
 using SelectionCallback = void (*)(unsigned char* data, WindowId id, void* user_data);
 // Periodic. false unregisters the callback.
 using TickCallback = bool (*)(void* user_data);

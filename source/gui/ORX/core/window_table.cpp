@@ -79,6 +79,11 @@ int window_is_valid(UiEngine* engine, unsigned long x_window) {
     return trap.finish();
 }
 
+bool window_is_gone(UiEngine* engine, WindowId id) {
+    const unsigned long x_window = window_x_window(engine, id);
+    return x_window == 0 || window_is_valid(engine, x_window) != 0;
+}
+
 int window_reparent(UiEngine* engine, WindowId id, unsigned long new_parent) {
     const XLockGuard x_guard(engine);
     Display* display = window_display(engine, id);

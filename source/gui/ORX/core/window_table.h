@@ -57,6 +57,10 @@ void window_clear_callbacks_unlocked(UiEngine* engine, WindowId id);
 // or nothing done; reparent puts the window at 0, 0 of its new parent. The others take no lock.
 // Sizes are device pixels, 0 for a free slot. X window 0 is in no slot.
 [[nodiscard]] int window_is_valid(UiEngine* engine, unsigned long x_window);
+// Whether a window that was made has been given back or destroyed since. Nobody is told of an end
+// that comes before the window has its on_close and its input selected: ask once after both. Takes
+// x_lock.
+[[nodiscard]] bool window_is_gone(UiEngine* engine, WindowId id);
 int window_reparent(UiEngine* engine, WindowId id, unsigned long new_parent);
 [[nodiscard]] unsigned long window_x_window(const UiEngine* engine, WindowId id); // 0 = none
 [[nodiscard]] WindowId window_from_x_window(const UiEngine* engine, unsigned long x_window);

@@ -74,13 +74,15 @@ void describe_window(const FolderDialog* dialog) {
     window_select_input(engine, id);
 }
 
-void show_window(FolderDialog* dialog) {
+// false when another client has destroyed the window before anybody could have been told.
+bool show_window(FolderDialog* dialog) {
     describe_window(dialog);
     folder_dialog_register_handlers(dialog);
     folder_dialog_paint(dialog);
     window_map(dialog->engine, dialog->window);
     folder_dialog_show_region(dialog, 0, 0, dialog->device_width, dialog->device_height);
     folder_dialog_refresh(dialog);
+    return !window_is_gone(dialog->engine, dialog->window);
 }
 
 } // namespace
@@ -148,8 +150,7 @@ void folder_dialog_open(FolderDialog* dialog) {
     {
         const std::lock_guard<std::mutex> lock(dialog->mutex);
         dialog->window = id;
-        if (id != no_window && make_images(dialog)) {
-            show_window(dialog);
+        if (id != no_window && make_images(dialog) && show_window(dialog)) {
             return;
         }
         failure = folder_dialog_detach(dialog);
