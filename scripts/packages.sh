@@ -7,7 +7,7 @@
 
 build_packages=(g++ cmake ninja-build libx11-dev libpng-dev)
 tour_packages=(libxtst-dev libxcb1-dev libgtest-dev sudo passwd tar gzip xvfb openbox ladspa-sdk)
-test_packages=(clang clang-tidy clang-format twm xfonts-base x11-utils xclip xsel desktop-file-utils python3
+test_packages=(clang clang-tidy clang-format twm xfonts-base x11-utils xclip xsel desktop-file-utils python3 busybox
     python3-hypothesis binutils file procps ccache lilv-utils lv2-dev locales uim-xim xz-utils serdi)
 
 # What stands for the packages where there is no dpkg to ask.

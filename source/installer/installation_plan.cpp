@@ -1,6 +1,7 @@
 // installation_plan.cpp: the steps of an installation.
 #include "installer/installation_plan.h"
 
+#include "installer/install_steps.h"
 #include "installer/temporary_paths.h"
 
 namespace {
@@ -13,11 +14,25 @@ void plan_extraction(PrivilegedPlan* plan, const ProductSettings& settings, cons
     plan_add_step(plan, {.words = {"tar", "-xf", archive_path, "-C", folder},
                          .exact = exact(settings),
                          .cancel_wait = true});
-    if (settings.verify_installation == 1) {
-        plan_add_step(plan, {.words = {"tar", "-df", archive_path, "-C", folder},
-                             .exact = exact(settings),
-                             .failure = StepFailure::ends_plan});
-    }
+}
+
+// A step of install_steps.h. A shell's text is in one piece whatever folder names are.
+PlanStep careful_step(const ProductSettings& settings, const char* step, const char* folder) {
+    return {.words = {"sh", "-c", zeph_install_steps, "install", step, settings.product_short_name,
+                      archive_path, folder, settings.plugin_name},
+            .exact = true,
+            .failure = StepFailure::ends_plan};
+}
+
+// A cancel, or whatever else keeps the new files from their place, leaves the old ones.
+void plan_careful_extraction(PrivilegedPlan* plan, const ProductSettings& settings,
+                             const char* folder) {
+    PlanStep put_beside = careful_step(settings, "put_beside", folder);
+    put_beside.cancel_wait = true;
+    put_beside.keeps_undo = true;
+    plan_add_step(plan, put_beside);
+    plan_add_step(plan, careful_step(settings, "move_into_place", folder));
+    plan->undo = careful_step(settings, "abandon", folder);
 }
 
 // false when the rest cannot be planned.
@@ -57,7 +72,11 @@ void make_folder_plan(PrivilegedPlan* plan, const ProductSettings& settings) {
 void make_installation_plan(PrivilegedPlan* plan, const ProductSettings& settings,
                             const InstallationSite& site) {
     *plan = PrivilegedPlan{};
-    plan_extraction(plan, settings, site.folder);
+    if (settings.verify_installation == 1) {
+        plan_careful_extraction(plan, settings, site.folder);
+    } else {
+        plan_extraction(plan, settings, site.folder);
+    }
     if (settings.install_desktop_files == 0) {
         return;
     }

@@ -93,7 +93,8 @@ void finish() {
     (void)wait_for(installer.finish_requested);
 }
 
-void finish_without_installing(const ScreenText& screen) {
+void finish_without_installing(ScreenText screen) {
+    screen.reason = installer.failure_reason;
     main_window_show_last_screen(screen);
     remove_temporary_files();
     finish();

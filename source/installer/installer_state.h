@@ -45,6 +45,7 @@ struct InstallerState {
     std::recursive_mutex work_lock;             // see sudden_end.h
     std::int32_t another_instance = 0;          // 1 = the lock file is somebody else's and stays
     std::atomic<char*> install_folder{nullptr}; // owned; null = none chosen
+    const char* failure_reason = nullptr;       // for the last screen; null = none is known
     char* password = nullptr;                   // owned, for secret_free
     UiEngine* engine = nullptr;                 // owned
     TextRenderer* text = nullptr;               // owned

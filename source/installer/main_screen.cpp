@@ -19,6 +19,9 @@ void fill_panel(const ScreenText& screen) {
         message_panel_set_line_with_mode(panel, line.index, line.text,
                                          static_cast<std::uint32_t>(line.mode));
     }
+    if (screen.reason != nullptr) {
+        message_panel_set_line(panel, reason_line, screen.reason);
+    }
     message_panel_set_dimmed(panel, screen.dimmed);
     message_panel_set_dirty(panel, true);
 }

@@ -2,8 +2,10 @@
 #include "installer/payload.h"
 
 #include "installer/console_log.h"
+#include "installer/copy_failure.h"
 #include "installer/desktop_entry.h"
 #include "installer/desktop_folder.h"
+#include "installer/disk_room.h"
 #include "installer/embedded_payload.h"
 #include "installer/flow_timing.h"
 #include "installer/installation_plan.h"
@@ -87,7 +89,21 @@ bool find_desktop(char (&folder)[PATH_MAX]) {
                                             : default_desktop_folder(folder, home);
 }
 
-std::int32_t carry_out(const PrivilegedPlan& plan) {
+// With verify_installation the person is told why.
+std::int32_t fail_for(const char* what, const char* reason) {
+    if (product.verify_installation == 1 && reason != nullptr && installer.cancel_requested == 0) {
+        log_print("** ERROR ** %s: %s - %s\n", installer.title, what, reason);
+        installer.failure_reason = reason;
+    }
+    return 1;
+}
+
+std::int32_t fail_unpacking() {
+    const bool full = product.verify_installation == 1 && !has_room("/tmp", 1, Writer::person);
+    return fail_for("Unable to extract installer data", full ? no_room_in_tmp_text : nullptr);
+}
+
+PlanResult carry_out(const PrivilegedPlan& plan) {
     const WorkLock lock(installer.work_lock);
     return run_plan(&installer.runner, installer.auth_method, plan, installer.password);
 }
@@ -95,19 +111,23 @@ std::int32_t carry_out(const PrivilegedPlan& plan) {
 } // namespace
 
 std::int32_t unpack_payload() {
+    if (product.verify_installation == 1 &&
+        !has_room("/tmp", product.archive_size, Writer::person)) {
+        return fail_for("Unable to extract installer data", no_room_in_tmp_text);
+    }
     if (product.install_desktop_files == 1 && !unpack_desktop_files()) {
-        return 1;
+        return fail_unpacking();
     }
     log_print("** INFO ** %s: Unpacking Files - %08X Bytes\n", installer.title,
               static_cast<unsigned int>(product.archive_size));
     std::FILE* file = create(archive_path);
     if (file == nullptr) {
-        return 1;
+        return fail_unpacking();
     }
     const bool unpacked = unpack_archive(file);
     const bool closed = temporary_file_close(file);
     if (installer.cancel_requested != 0 || !unpacked || !closed) {
-        return 1;
+        return fail_unpacking();
     }
     show_progress(1.0F);
     return 0;
@@ -119,7 +139,7 @@ void offer_default_folder() {
     }
     PrivilegedPlan plan;
     make_folder_plan(&plan, product);
-    if (carry_out(plan) != 0 || chdir(product.default_install_folder) != 0) {
+    if (carry_out(plan).status != 0 || chdir(product.default_install_folder) != 0) {
         log_print("** ERROR ** %s: Unable to open folder - %s\n", installer.title,
                   product.default_install_folder);
     }
@@ -131,12 +151,19 @@ std::int32_t copy_files() {
         return 1;
     }
     const char* chosen = installer.install_folder;
+    const char* folder = chosen != nullptr ? chosen : product.default_install_folder;
+    if (product.verify_installation == 1 &&
+        !has_room(folder, product.installed_size, Writer::root)) {
+        return fail_for("Failed to copy files", no_room_text);
+    }
     char desktop[PATH_MAX];
     PrivilegedPlan plan;
-    make_installation_plan(&plan, product,
-                           {.folder = chosen != nullptr ? chosen : product.default_install_folder,
-                            .desktop = find_desktop(desktop) ? desktop : nullptr});
-    return carry_out(plan);
+    make_installation_plan(
+        &plan, product, {.folder = folder, .desktop = find_desktop(desktop) ? desktop : nullptr});
+    const PlanResult result = carry_out(plan);
+    return result.status == 0
+               ? 0
+               : fail_for("Failed to copy files", copy_failure_text(result, installer.auth_method));
 }
 
 std::int32_t remove_temporary_files() {

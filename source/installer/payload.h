@@ -7,7 +7,8 @@
 
 // Writes the plug-in archive (and the desktop files, where the product has them) to /tmp, with
 // the progress bar following. 0 = written; 1 = a file could not be made or written in full, or
-// the installation was cancelled; what is there is left for remove_temporary_files.
+// the installation was cancelled; what is there is left for remove_temporary_files. With
+// verify_installation room in /tmp is looked at first.
 [[nodiscard]] std::int32_t unpack_payload();
 
 // With offer_default_folder: makes default_install_folder, as root, where it is missing, and goes
@@ -16,7 +17,8 @@
 void offer_default_folder();
 
 // Extracts the archive into the chosen folder and installs the desktop files, as root, with the
-// accepted password. 0 = done; other = failed or cancelled.
+// accepted password. 0 = done; other = failed or cancelled. With verify_installation the folder is
+// then as it was, and installer.failure_reason says why.
 [[nodiscard]] std::int32_t copy_files();
 
 // Unlinks the temporary files. Always 0; errors are ignored.

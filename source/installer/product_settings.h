@@ -22,10 +22,12 @@ struct ProductSettings {
     std::int32_t create_extra_folder;   // 1 = create extra_folder when it does not exist
     std::int32_t install_desktop_files; // 1 = install the desktop entry and the icon
     std::int32_t find_desktop_folder;   // 1 = ask the desktop's settings where its folder is
+    const char* plugin_name;            // the plug-in's name at the archive's top
+    std::int64_t installed_size;        // bytes that the plug-in takes on a disk, about
     std::int32_t archive_size;          // bytes of the embedded archive
     std::int32_t unpacking_step;        // bytes written between two moves of the bar
     std::int32_t offer_default_folder;  // 1 = the browser opens in default_install_folder
-    std::int32_t verify_installation;   // 1 = compare the installed files with the payload
+    std::int32_t verify_installation;   // 1 = put in place what is there whole, or nothing
     std::int32_t exact_folder_names;    // 1 = each path is one word for root, whatever it holds
 };
 
@@ -44,6 +46,8 @@ inline constexpr ProductSettings product = {
     .create_extra_folder = 0,
     .install_desktop_files = 0,
     .find_desktop_folder = 0,
+    .plugin_name = "QB20.so",
+    .installed_size = 5414912,
     .archive_size = 1058756,
     .unpacking_step = 8192,
     .offer_default_folder = 0,

@@ -13,11 +13,14 @@ struct ScreenLine {     // NOLINT(clang-analyzer-optin.performance.Padding)
     LineMode mode = LineMode::centred;
 };
 
+inline constexpr std::int32_t reason_line = 5;
+
 // A screen's lines below the subtitle, which is always line 0.
 struct ScreenText {
     const ScreenLine* lines;
     std::size_t line_count;
-    bool dimmed; // error screens stand apart by a darkened picture
+    bool dimmed;                  // error screens stand apart by a darkened picture
+    const char* reason = nullptr; // what is said at reason_line, if anything
 };
 
 extern const ScreenText sudo_password_screen;

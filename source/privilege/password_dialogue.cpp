@@ -200,7 +200,7 @@ void read_pty_line(Dialogue* dialogue, char (&line)[pty_line_size]) {
     line[pty_line_size - 1] = '\0';
 }
 
-bool dialogue_finish(Dialogue* dialogue) {
+CommandResult dialogue_finish(Dialogue* dialogue) {
     while (dialogue->state == DialogueState::open) {
         listen(dialogue);
     }
@@ -209,7 +209,16 @@ bool dialogue_finish(Dialogue* dialogue) {
         await_survivor(dialogue);
     }
     pty_child_finish(&dialogue->child);
-    return dialogue->state == DialogueState::ended && pty_child_exit_status(&dialogue->child) == 0;
+    switch (dialogue->state) {
+    case DialogueState::ended:
+        return {pty_child_exit_status(&dialogue->child) == 0 ? CommandOutcome::succeeded
+                                                             : CommandOutcome::failed,
+                pty_child_shell_status(&dialogue->child)};
+    case DialogueState::cancelled:
+        return {CommandOutcome::cancelled};
+    default:
+        return {CommandOutcome::refused};
+    }
 }
 
 std::int32_t wait_for_cancel(const PrivilegedRunner* runner) {

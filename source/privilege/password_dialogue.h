@@ -24,6 +24,7 @@
 // waited for until it ends or cancelling is asked for. In all other cases no zombie is left.
 #pragma once
 
+#include "privilege/privileged_command.h"
 #include "privilege/privileged_runner.h"
 #include "privilege/prompt_text.h"
 #include "privilege/pty_child.h"
@@ -89,10 +90,10 @@ void dialogue_answer(Dialogue* dialogue, const char* password);
 // is cut. A byte that cannot be read, because the state is no longer open, counts as a zero byte.
 void read_pty_line(Dialogue* dialogue, char (&line)[pty_line_size]);
 
-// Waits until the state is no longer open, and for the child. true when it has ended by itself with
-// exit status 0 (or by a signal, which leaves that status 0). The master is closed when the child
-// was hung up on; otherwise it stays open.
-[[nodiscard]] bool dialogue_finish(Dialogue* dialogue);
+// Waits until the state is no longer open, and for the child. It has succeeded when it has ended by
+// itself with exit status 0 (or by a signal, which leaves that status 0; the result tells). The
+// master is closed when the child was hung up on; otherwise it stays open.
+[[nodiscard]] CommandResult dialogue_finish(Dialogue* dialogue);
 
 // The wait after an extraction: 5,000 rounds of a millisecond. 1 as soon as cancelling is asked
 // for, 0 when that did not happen.

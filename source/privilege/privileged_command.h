@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 // The most words that an exact command has.
 inline constexpr std::size_t privileged_words_most = 24;
@@ -17,6 +18,14 @@ struct PrivilegedCommand {
 enum class CommandOutcome {
     not_made,    // too long, or no memory for it: nothing was run
     no_terminal, // there was no pseudo-terminal: nothing was run
-    failed,      // refused, cancelled, or ended with another exit status than 0
+    refused,     // the password is not accepted any more
+    cancelled,   // broken off
+    failed,      // ended with another exit status than 0
     succeeded,
+};
+
+struct CommandResult {
+    CommandOutcome outcome;
+    // Of a command that has ended: its exit status, or 128 and the signal that ended it.
+    std::int32_t exit_status = 0;
 };

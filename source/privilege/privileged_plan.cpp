@@ -27,18 +27,24 @@ void remove_link(const char* path) {
     }
 }
 
-bool ends_plan(const PlanStep& step, std::int32_t auth_method, CommandOutcome outcome) {
-    switch (outcome) {
-    case CommandOutcome::succeeded:
-        return false;
+bool ends_plan(const PlanStep& step, std::int32_t auth_method, const CommandResult& result) {
+    switch (result.outcome) {
     case CommandOutcome::not_made:
         return true;
     case CommandOutcome::no_terminal:
         return auth_method == auth_method_su || step.failure == StepFailure::ends_plan;
-    case CommandOutcome::failed:
-        break;
+    case CommandOutcome::succeeded: // so is called what a signal has ended, too
+        return step.failure == StepFailure::ends_plan && result.exit_status != 0;
+    default:
+        return step.failure == StepFailure::ends_plan;
     }
-    return step.failure == StepFailure::ends_plan;
+}
+
+CommandResult run_step(PrivilegedRunner* runner, std::int32_t auth_method, const PlanStep& step,
+                       const char* password) {
+    const PrivilegedCommand command{step.words, step.exact};
+    return auth_method == auth_method_sudo ? sudo_run_fresh(runner, command, password)
+                                           : su_run(runner, command, password);
 }
 
 } // namespace
@@ -65,22 +71,28 @@ const char* plan_text(PrivilegedPlan* plan, const char* format, ...) {
     return text;
 }
 
-std::int32_t run_plan(PrivilegedRunner* runner, std::int32_t auth_method,
-                      const PrivilegedPlan& plan, const char* password) {
+PlanResult run_plan(PrivilegedRunner* runner, std::int32_t auth_method, const PrivilegedPlan& plan,
+                    const char* password) {
+    bool undo = false;
     for (std::size_t i = 0; i < plan.step_count; ++i) {
         const PlanStep& step = plan.steps[i];
         if (is_there(step.unless_there)) {
             continue;
         }
         remove_link(step.link_removed);
-        const PrivilegedCommand command{step.words, step.exact};
-        const CommandOutcome outcome = auth_method == auth_method_sudo
-                                           ? sudo_run_fresh(runner, command, password)
-                                           : su_run(runner, command, password);
-        if (ends_plan(step, auth_method, outcome) ||
-            (step.cancel_wait && wait_for_cancel(runner) != 0)) {
-            return 1;
+        CommandResult result = run_step(runner, auth_method, step, password);
+        bool ended = ends_plan(step, auth_method, result);
+        undo = ended ? undo : step.keeps_undo;
+        if (!ended && step.cancel_wait && wait_for_cancel(runner) != 0) {
+            result = {CommandOutcome::cancelled};
+            ended = true;
+        }
+        if (ended) {
+            if (undo) {
+                static_cast<void>(run_step(runner, auth_method, plan.undo, password));
+            }
+            return {1, result};
         }
     }
-    return plan.falls_short ? 1 : 0;
+    return {plan.falls_short ? 1 : 0, {CommandOutcome::succeeded}};
 }

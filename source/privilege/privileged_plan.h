@@ -28,11 +28,13 @@ struct PlanStep {
     bool cancel_wait = false;           // five seconds follow in which a cancel ends the plan
     const char* unless_there = nullptr; // when something is at this path the step is left out
     const char* link_removed = nullptr; // a link at this path is removed first, as the person
+    bool keeps_undo = false; // this step's success leaves the plan's undo in force, see below
 };
 
 struct PrivilegedPlan {
     PlanStep steps[plan_steps_most];
     std::size_t step_count;
+    PlanStep undo;    // words null = nothing to undo
     bool falls_short; // more was to be done but could not be planned: the plan fails at its end
     char text[plan_text_size]; // what is formatted for the steps' words
     std::size_t text_length;
@@ -45,7 +47,14 @@ void plan_add_step(PrivilegedPlan* plan, const PlanStep& step);
 [[nodiscard, gnu::format(printf, 2, 3)]] const char* plan_text(PrivilegedPlan* plan,
                                                                const char* format, ...);
 
-// Carries the plan out by auth_method (AuthMethod, not none). 0 = to its end; 1 = not, or cancelled
-// in a wait. password is borrowed.
-[[nodiscard]] std::int32_t run_plan(PrivilegedRunner* runner, std::int32_t auth_method,
-                                    const PrivilegedPlan& plan, const char* password);
+// What became of a plan.
+struct PlanResult {
+    std::int32_t status;  // 0 = carried out to its end; 1 = not
+    CommandResult ending; // what became of the step that ended it; cancelled = in a wait, perhaps
+};
+
+// Carries the plan out by auth_method (AuthMethod, not none). When it ends right after steps that
+// keep undo in force, undo is carried out too, whether or not it was a cancel that ended it.
+// password is borrowed.
+[[nodiscard]] PlanResult run_plan(PrivilegedRunner* runner, std::int32_t auth_method,
+                                  const PrivilegedPlan& plan, const char* password);

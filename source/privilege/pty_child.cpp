@@ -20,6 +20,7 @@
 namespace {
 
 constexpr int unknown_wait_status = 255 << 8;
+constexpr std::int32_t signalled_status = 128; // and the signal's number, as shells say it
 
 void free_strings(char** strings) {
     for (char** string = strings; string != nullptr && *string != nullptr; ++string) {
@@ -280,6 +281,11 @@ void pty_child_finish(PtyChild* child) {
 
 std::int32_t pty_child_exit_status(const PtyChild* child) {
     return (child->wait_status >> 8) & 0xff;
+}
+
+std::int32_t pty_child_shell_status(const PtyChild* child) {
+    return WIFSIGNALED(child->wait_status) ? signalled_status + WTERMSIG(child->wait_status)
+                                           : pty_child_exit_status(child);
 }
 
 void pause_ms(std::int32_t milliseconds) {

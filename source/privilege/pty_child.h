@@ -63,6 +63,9 @@ void pty_child_finish(PtyChild* child);
 // a signal has ended.
 [[nodiscard]] std::int32_t pty_child_exit_status(const PtyChild* child);
 
+// The same as a shell tells it: 128 and the signal's number for a child that a signal has ended.
+[[nodiscard]] std::int32_t pty_child_shell_status(const PtyChild* child);
+
 // Sleeps that long, interrupted or not.
 void pause_ms(std::int32_t milliseconds);
 

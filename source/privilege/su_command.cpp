@@ -17,41 +17,42 @@ void discard_two_lines(Dialogue* dialogue) {
     explicit_bzero(line, sizeof line);
 }
 
-CommandOutcome run(PrivilegedRunner* runner, const char* line, const char* password,
-                   DialoguePurpose purpose) {
+CommandResult run(PrivilegedRunner* runner, const char* line, const char* password,
+                  DialoguePurpose purpose) {
     const char* const arguments[] = {runner->su_path, "-c", line, nullptr};
     Dialogue dialogue;
     if (!dialogue_start(&dialogue, runner, arguments, PromptRule::any, purpose)) {
         runner->log("** ERROR ** %s: failed to fork pty for su\n", runner->title);
-        return CommandOutcome::no_terminal;
+        return {CommandOutcome::no_terminal};
     }
     if (dialogue_await_prompt(&dialogue)) {
         dialogue_answer(&dialogue, password);
         discard_two_lines(&dialogue);
     }
     // The master is left open on purpose; see the header.
-    return dialogue_finish(&dialogue) ? CommandOutcome::succeeded : CommandOutcome::failed;
+    return dialogue_finish(&dialogue);
 }
 
 } // namespace
 
 bool su_check_password(PrivilegedRunner* runner, const char* password) {
-    return run(runner, "echo", password, DialoguePurpose::check) == CommandOutcome::succeeded;
+    return run(runner, "echo", password, DialoguePurpose::check).outcome ==
+           CommandOutcome::succeeded;
 }
 
-CommandOutcome su_run(PrivilegedRunner* runner, const PrivilegedCommand& command,
-                      const char* password) {
+CommandResult su_run(PrivilegedRunner* runner, const PrivilegedCommand& command,
+                     const char* password) {
     char plain[command_line_size];
     if (!command.exact) {
         return plain_line(plain, command.words)
                    ? run(runner, plain, password, DialoguePurpose::command)
-                   : CommandOutcome::not_made;
+                   : CommandResult{CommandOutcome::not_made};
     }
     char* quoted = quoted_line(command.words);
     if (quoted == nullptr) {
-        return CommandOutcome::not_made;
+        return {CommandOutcome::not_made};
     }
-    const CommandOutcome outcome = run(runner, quoted, password, DialoguePurpose::command);
+    const CommandResult result = run(runner, quoted, password, DialoguePurpose::command);
     std::free(quoted);
-    return outcome;
+    return result;
 }

@@ -19,5 +19,5 @@
 // Runs the command, a line for root's shell. It has succeeded when its exit status is 0. When
 // cancelling is asked for it is let finish for up to 30 seconds; it is carried out also when that
 // was asked for before the call.
-[[nodiscard]] CommandOutcome su_run(PrivilegedRunner* runner, const PrivilegedCommand& command,
-                                    const char* password);
+[[nodiscard]] CommandResult su_run(PrivilegedRunner* runner, const PrivilegedCommand& command,
+                                   const char* password);

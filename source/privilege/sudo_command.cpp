@@ -47,18 +47,18 @@ bool start(Dialogue* dialogue, PrivilegedRunner* runner, const char* const* argu
     return false;
 }
 
-CommandOutcome finish(Dialogue* dialogue) {
-    const bool succeeded = dialogue_finish(dialogue);
+CommandResult finish(Dialogue* dialogue) {
+    const CommandResult result = dialogue_finish(dialogue);
     pty_child_hang_up(&dialogue->child);
-    return succeeded ? CommandOutcome::succeeded : CommandOutcome::failed;
+    return result;
 }
 
 // Without a password nothing is answered, whatever is asked.
-CommandOutcome run(PrivilegedRunner* runner, const char* const* arguments, const char* password,
-                   DialoguePurpose purpose) {
+CommandResult run(PrivilegedRunner* runner, const char* const* arguments, const char* password,
+                  DialoguePurpose purpose) {
     Dialogue dialogue;
     if (!start(&dialogue, runner, arguments, purpose)) {
-        return CommandOutcome::no_terminal;
+        return {CommandOutcome::no_terminal};
     }
     if (password != nullptr && dialogue_await_prompt(&dialogue)) {
         dialogue_answer(&dialogue, password);
@@ -66,16 +66,16 @@ CommandOutcome run(PrivilegedRunner* runner, const char* const* arguments, const
     return finish(&dialogue);
 }
 
-CommandOutcome forget(PrivilegedRunner* runner, DialoguePurpose purpose) {
+CommandResult forget(PrivilegedRunner* runner, DialoguePurpose purpose) {
     const char* const arguments[] = {runner->sudo_path, "-k", nullptr};
     return run(runner, arguments, nullptr, purpose);
 }
 
-CommandOutcome run_fresh(PrivilegedRunner* runner, const PrivilegedCommand& command,
-                         const char* password, DialoguePurpose purpose) {
+CommandResult run_fresh(PrivilegedRunner* runner, const PrivilegedCommand& command,
+                        const char* password, DialoguePurpose purpose) {
     SudoArguments arguments;
     if (!make_arguments(&arguments, runner, command)) {
-        return CommandOutcome::not_made;
+        return {CommandOutcome::not_made};
     }
     static_cast<void>(forget(runner, purpose));
     return run(runner, arguments.list, password, purpose);
@@ -84,17 +84,17 @@ CommandOutcome run_fresh(PrivilegedRunner* runner, const PrivilegedCommand& comm
 } // namespace
 
 std::int32_t sudo_forget(PrivilegedRunner* runner) {
-    return forget(runner, DialoguePurpose::command) == CommandOutcome::succeeded;
+    return forget(runner, DialoguePurpose::command).outcome == CommandOutcome::succeeded;
 }
 
 bool sudo_check_password(PrivilegedRunner* runner, const char* password) {
     const char* const words[] = {"echo", nullptr};
-    return run_fresh(runner, {words, false}, password, DialoguePurpose::check) ==
+    return run_fresh(runner, {words, false}, password, DialoguePurpose::check).outcome ==
            CommandOutcome::succeeded;
 }
 
-CommandOutcome sudo_run_fresh(PrivilegedRunner* runner, const PrivilegedCommand& command,
-                              const char* password) {
+CommandResult sudo_run_fresh(PrivilegedRunner* runner, const PrivilegedCommand& command,
+                             const char* password) {
     return run_fresh(runner, command, password, DialoguePurpose::command);
 }
 
@@ -105,5 +105,5 @@ std::int32_t sudo_probe(PrivilegedRunner* runner, const char* user) {
         return 0;
     }
     const bool asks = dialogue_await_sudo_rs(&dialogue);
-    return finish(&dialogue) == CommandOutcome::succeeded || asks ? 1 : 0;
+    return finish(&dialogue).outcome == CommandOutcome::succeeded || asks ? 1 : 0;
 }

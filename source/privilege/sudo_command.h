@@ -24,8 +24,8 @@
 // sudo_forget, then the command. It has succeeded when the password was accepted, or none asked
 // for, and its exit status is 0. When cancelling is asked for, it is let finish for up to 30
 // seconds; it is carried out also when that was asked for before the call.
-[[nodiscard]] CommandOutcome sudo_run_fresh(PrivilegedRunner* runner,
-                                            const PrivilegedCommand& command, const char* password);
+[[nodiscard]] CommandResult sudo_run_fresh(PrivilegedRunner* runner,
+                                           const PrivilegedCommand& command, const char* password);
 
 // Whether the rules let the user run commands: sudo as the user himself, which needs no password
 // and is given none. 1 when the exit status is 0, else 0. It waits until sudo ends; a sudo that

@@ -29,7 +29,7 @@ BEGIN {
     may["widgets"] = " widgets text imaging core orx_helpers "
     may["privilege"] = " privilege "
     may["installer"] = " installer privilege widgets text imaging core orx_helpers "
-    pure = "^(privilege/|gui/ORX/orx_helpers/|installer/(screens|payload|installation_plan|desktop_entry|lock_file|" \
+    pure = "^(privilege/|gui/ORX/orx_helpers/|installer/(screens|payload|installation_plan|copy_failure|desktop_entry|lock_file|" \
         "console_log|product_settings)|gui/ORX/core/damage_list|gui/ORX/imaging/(scaler|pixbuf|" \
         "channel_shift|inline_image)|gui/ORX/text/utf8|gui/ORX/widgets/(folder_listing|" \
         "folder_sort|folder_table|widget_geometry|edit_buffer))"

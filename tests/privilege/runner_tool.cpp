@@ -161,7 +161,7 @@ std::int32_t carry_out(PrivilegedRunner* runner, std::int32_t auth_method, const
                        const char* password) {
     PrivilegedPlan plan{};
     plan_add_step(&plan, step);
-    return run_plan(runner, auth_method, plan, password);
+    return run_plan(runner, auth_method, plan, password).status;
 }
 
 std::int32_t extract(PrivilegedRunner* runner, std::int32_t auth_method, const char* folder,
@@ -179,12 +179,13 @@ std::int32_t sudo_step(PrivilegedRunner* runner, const char* line, const char* p
 
 std::int32_t sudo_run(PrivilegedRunner* runner, const char* line, const char* password) {
     const char* const words[] = {line, nullptr};
-    return sudo_run_fresh(runner, plain(words), password) == CommandOutcome::succeeded ? 1 : 0;
+    return sudo_run_fresh(runner, plain(words), password).outcome == CommandOutcome::succeeded ? 1
+                                                                                               : 0;
 }
 
 std::int32_t su_run_line(PrivilegedRunner* runner, const char* line, const char* password) {
     const char* const words[] = {line, nullptr};
-    return su_run(runner, plain(words), password) == CommandOutcome::no_terminal ? 1 : 0;
+    return su_run(runner, plain(words), password).outcome == CommandOutcome::no_terminal ? 1 : 0;
 }
 
 std::int32_t call(PrivilegedRunner* runner, const std::string& entry, const char* argument,

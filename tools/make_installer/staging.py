@@ -14,6 +14,7 @@ REPOSITORY = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__fil
 DEFAULT_HEADER = os.path.join(REPOSITORY, "source", "installer", "product_settings.h")
 UNPACKING_STEPS = 130  # moves of the bar, 20 ms each, while the installer writes the archive out
 SMALLEST_STEP = 8192  # bytes
+BLOCK = 4096  # bytes: a file takes whole ones of the disk
 
 
 def write_if_changed(path, content):
@@ -50,11 +51,24 @@ def unpacking_step(archive_size):
     return max(SMALLEST_STEP, -(-archive_size // UNPACKING_STEPS))
 
 
-def header_text(values, archive_size):
+def plugin_name(values):
+    """The plug-in's name at the archive's top."""
+    return os.path.basename(os.path.abspath(values["plugin"]))
+
+
+def size_on_disk(members):
+    """Bytes that (path, archive name) pairs take where they are installed, in whole blocks."""
+    sizes = (os.lstat(path).st_size for path, _ in members)
+    return sum(-(-max(size, 1) // BLOCK) * BLOCK for size in sizes)
+
+
+def header_text(values, archive_size, installed_size):
     """The settings header, with these values in place of the default product's."""
     with open(DEFAULT_HEADER, encoding="utf-8") as file:
         text = file.read()
     initialisers = {name: values[name] for name in settings.TEXTS + settings.SWITCHES}
+    initialisers["plugin_name"] = plugin_name(values)
+    initialisers["installed_size"] = installed_size
     initialisers["archive_size"] = archive_size
     initialisers["unpacking_step"] = unpacking_step(archive_size)
     for name, value in initialisers.items():
@@ -84,4 +98,5 @@ class Stage:
         archive.pack(self.archive, packed.members, self.time, values["compression"])
         self.archive_size = os.path.getsize(self.archive)
         header = os.path.join(self.settings, "installer", "product_settings.h")
-        write_if_changed(header, header_text(values, self.archive_size).encode())
+        text = header_text(values, self.archive_size, size_on_disk(packed.members))
+        write_if_changed(header, text.encode())

@@ -1,4 +1,5 @@
 // installation_plan_test.cpp: every command of an installation, word for word, without running any.
+#include "installer/install_steps.h"
 #include "installer/installation_plan.h"
 
 #include <gtest/gtest.h>
@@ -36,7 +37,6 @@ std::vector<std::string> lines_of(const PrivilegedPlan& plan) {
 using Lines = std::vector<std::string>;
 
 constexpr const char* extraction = "tar -xf /tmp/zeph-installer-data.tar.gz -C /opt/my lv2";
-constexpr const char* comparison = "tar -df /tmp/zeph-installer-data.tar.gz -C /opt/my lv2";
 
 PrivilegedPlan plan_of(const ProductSettings& settings,
                        const char* desktop = "/home/musician/Desktop") {
@@ -52,6 +52,7 @@ TEST(InstallationPlan, OfTheDefaultProductIsOneExtractionThatNobodyChecks) {
     EXPECT_EQ(plan.steps[0].failure, StepFailure::ignored);
     EXPECT_TRUE(plan.steps[0].cancel_wait);
     EXPECT_EQ(plan.steps[0].unless_there, nullptr);
+    EXPECT_EQ(plan.undo.words[0], nullptr);
     EXPECT_FALSE(plan.falls_short);
 }
 
@@ -63,14 +64,31 @@ TEST(InstallationPlan, WithExactFolderNamesKeepsTheFolderInOneWord) {
     EXPECT_STREQ(plan.steps[0].words[4], "/opt/my lv2");
 }
 
-TEST(InstallationPlan, WithVerifyInstallationEndsWhenTheComparisonFails) {
-    ProductSettings settings = product;
+// A step of the shell's, without its text.
+std::string careful_line(const PlanStep& step) {
+    EXPECT_TRUE(step.exact);
+    EXPECT_EQ(step.failure, StepFailure::ends_plan);
+    EXPECT_STREQ(step.words[2], zeph_install_steps);
+    return "sh " + std::string(step.words[1]) +
+           line_of(step).substr(std::string("sh -c ").size() +
+                                std::string(zeph_install_steps).size());
+}
+
+TEST(InstallationPlan, WithVerifyInstallationPutsTheFilesBesideThenIntoPlace) {
+    ProductSettings settings = careful;
     settings.verify_installation = 1;
+    settings.plugin_name = "tilt.lv2";
     const PrivilegedPlan plan = plan_of(settings);
-    ASSERT_EQ(lines_of(plan), Lines({extraction, comparison}));
-    EXPECT_EQ(plan.steps[0].failure, StepFailure::ignored);
-    EXPECT_EQ(plan.steps[1].failure, StepFailure::ends_plan);
+    const std::string rest = " tilt /tmp/zeph-installer-data.tar.gz /opt/my lv2 tilt.lv2";
+    ASSERT_EQ(plan.step_count, 2U);
+    EXPECT_EQ(careful_line(plan.steps[0]), "sh -c install put_beside" + rest);
+    EXPECT_EQ(careful_line(plan.steps[1]), "sh -c install move_into_place" + rest);
+    EXPECT_EQ(careful_line(plan.undo), "sh -c install abandon" + rest);
+    EXPECT_STREQ(plan.steps[0].words[7], "/opt/my lv2");
+    EXPECT_TRUE(plan.steps[0].cancel_wait);
+    EXPECT_TRUE(plan.steps[0].keeps_undo);
     EXPECT_FALSE(plan.steps[1].cancel_wait);
+    EXPECT_FALSE(plan.steps[1].keeps_undo);
 }
 
 TEST(InstallationPlan, WithDesktopFilesCopiesIconAndEntry) {
