@@ -4,6 +4,8 @@
 
 #include "gui/ORX/text/text_measure.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 
@@ -190,13 +192,14 @@ TEST(Password, IsReadyForAnotherOnceItWasRefused) {
 }
 
 TEST(Password, IsNeverOnTheConsoleNorInTheProcessList) {
-    Scenario scenario;
+    // One that is nobody else's on this machine.
+    const std::string password = "Marlow-" + std::to_string(getpid());
+    Scenario scenario({.password = password});
     scenario.reach_password_screen();
-    scenario.give_password(user_password);
+    scenario.give_password(password);
     scenario.reach_unpacking();
-    EXPECT_EQ(scenario.console().find(user_password), std::string::npos);
-    EXPECT_EQ(support::output_of({"ps", "axww", "-o", "args"}).find(user_password),
-              std::string::npos);
+    EXPECT_EQ(scenario.console().find(password), std::string::npos);
+    EXPECT_EQ(support::output_of({"ps", "axww", "-o", "args"}).find(password), std::string::npos);
 }
 
 } // namespace
