@@ -7,8 +7,9 @@
 
 build_packages=(g++ cmake ninja-build libx11-dev libpng-dev)
 tour_packages=(libxtst-dev libxcb1-dev libgtest-dev sudo passwd tar gzip xvfb openbox ladspa-sdk)
-test_packages=(clang clang-tidy clang-format twm xfonts-base x11-utils xclip xsel desktop-file-utils python3 busybox
-    python3-hypothesis binutils file procps ccache lilv-utils lv2-dev locales uim-xim xz-utils serdi)
+test_packages=(binutils busybox ccache clang clang-format clang-tidy desktop-file-utils file
+    librsvg2-bin lilv-utils locales lv2-dev procps python3 python3-hypothesis serdi twm uim-xim
+    x11-utils xclip xfonts-base xsel xz-utils)
 
 # What stands for the packages where there is no dpkg to ask.
 tool_of() {
@@ -23,6 +24,7 @@ tool_of() {
     binutils) echo readelf ;;
     procps) echo ps ;;
     xz-utils) echo xz ;;
+    librsvg2-bin) echo rsvg-convert ;;
     locales) echo localedef ;;
     lilv-utils) echo lv2ls ;;
     lv2-dev | python3-hypothesis | xfonts-base) echo "" ;;

@@ -1,5 +1,6 @@
 // new_product_test.cpp: --new lays out a folder to start from, and never over one that is there.
 #include "make_installer/product_folder.h"
+#include "support/child_process.h"
 
 #include <gtest/gtest.h>
 
@@ -21,6 +22,24 @@ TEST(NewProduct, SaysWhatToDoNext) {
     EXPECT_EQ(outcome.status, 0) << outcome.complained;
     EXPECT_NE(outcome.said.find("./make-installer '" + folder + "'"), std::string::npos)
         << outcome.said;
+}
+
+TEST(NewProduct, BringsTheLicencesOfWhatAnInstallerContains) {
+    const ProductFolder product;
+    const std::string text = product.read("INSTALLER-LICENSES.txt");
+    for (const char* part :
+         {"Your installer contains the installer program", "MIT License",
+          "the zeph-installer authors", "Your installer contains its font", "Bitstream Vera"}) {
+        EXPECT_NE(text.find(part), std::string::npos) << part;
+    }
+}
+
+TEST(NewProduct, DrawsItsPicturesFromTheSvgFiles) {
+    const ProductFolder product;
+    std::filesystem::remove(product.file("folder_icon.png"));
+    EXPECT_EQ(support::output_of({product.file("draw-pictures.sh")}), "");
+    const std::string drawn = product.read("folder_icon.png");
+    EXPECT_EQ(drawn.substr(1, 3), "PNG");
 }
 
 TEST(NewProduct, LeavesAFolderWithContentAlone) {

@@ -23,8 +23,9 @@ ELSEWHERE = "work elsewhere with --build DIR and --output DIR"
 NEXT_STEPS = """{folder} is laid out. Next:
   1. put your plug-in there, a file or a folder, and its name into {folder}/product.toml
   2. change the other settings there, each of which is described beside it
-  3. draw your own pictures over the PNG files (the SVG files beside them can be edited)
+  3. draw your own pictures over the PNG files, or edit the SVG files and run ./draw-pictures.sh there
   4. ./make-installer {quoted}
+Your installer contains this project's program and font; INSTALLER-LICENSES.txt has their terms.
 """
 
 
