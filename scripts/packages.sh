@@ -10,6 +10,8 @@ tour_packages=(libxtst-dev libxcb1-dev libgtest-dev sudo passwd tar gzip xvfb op
 test_packages=(binutils busybox ccache clang clang-format clang-tidy desktop-file-utils file
     librsvg2-bin lilv-utils locales lv2-dev procps python3 python3-hypothesis serdi twm uim-xim
     x11-utils xclip xfonts-base xsel xz-utils)
+# Of these only newer distributions have packages; what is about them is tested where they are.
+newer_test_packages=(sudo-rs)
 
 # What stands for the packages where there is no dpkg to ask.
 tool_of() {
@@ -78,6 +80,16 @@ ensure_packages() {
         echo "The packages could not be installed." >&2
         exit 1
     fi
+}
+
+# ensure_where_packaged PACKAGE...: those of them that this machine's distribution has. After
+# ensure_packages, which sees to it that there is a list of them.
+ensure_where_packaged() {
+    local package
+    command -v apt-cache > /dev/null || return 0
+    for package in "$@"; do
+        [ -z "$(apt-cache show --no-all-versions "$package" 2> /dev/null)" ] || ensure_packages "$package"
+    done
 }
 
 # clang's sanitizer libraries are a package of their own whose name holds clang's version.
