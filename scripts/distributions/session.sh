@@ -71,7 +71,8 @@ nopasswd) rules <<< "musician ALL=(ALL:ALL) NOPASSWD: ALL" ;;
 faildelay) before_passwords "auth optional pam_faildelay.so delay=8000000" ;;
 faillock)
     before_passwords "auth required pam_faillock.so preauth deny=3"
-    sed -i 's|^auth.*pam_deny.so|auth [default=die] pam_faillock.so authfail deny=3\n&|' /etc/pam.d/common-auth
+    sed -i '/^auth.*pam_unix.so/s|success=1|success=2|
+        s|^auth.*pam_deny.so|auth [default=die] pam_faillock.so authfail deny=3\n&|' /etc/pam.d/common-auth
     echo "account required pam_faillock.so" >> /etc/pam.d/common-account
     ;;
 wheel)
@@ -114,7 +115,7 @@ mount --bind /srv/x11 /tmp/.X11-unix || exit 1
 say starting
 cd /home/musician || exit 1
 setpriv --reuid musician --regid musician --init-groups env -i HOME=/home/musician USER=musician \
-    LOGNAME=musician SHELL=/bin/bash PATH=/usr/local/bin:/usr/bin:/bin LANG=C.UTF-8 ORXDPI=96 \
+    LOGNAME=musician SHELL=/bin/bash PATH=/usr/local/bin:/usr/bin:/bin LANG=C.UTF-8 ORXDPI="${ORXDPI:-96}" \
     DISPLAY="$DISPLAY" ./installer
 say "status $?"
 touch /tmp/over
