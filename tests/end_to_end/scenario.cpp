@@ -18,8 +18,8 @@ std::string folder_of(const std::string& path) {
 
 support::WorldOptions world_of(const ScenarioOptions& options) {
     support::WorldOptions world{.keep_visible = options.keep_visible};
-    world.keep_visible.push_back(folder_of(ZEPH_INSTALLER));
-    world.keep_visible.push_back(ZEPH_PICTURES);
+    world.keep_visible.push_back(folder_of(options.installer));
+    world.keep_visible.push_back(options.pictures);
     return world;
 }
 
@@ -44,8 +44,9 @@ SittingOptions sitting_of(const ScenarioOptions& options) {
             .screen = options.screen,
             .browser_title = options.browser_title,
             .line = options.line,
-            .pictures = ZEPH_PICTURES,
-            .locked = [] { return std::filesystem::exists(lock_path); }};
+            .pictures = options.pictures,
+            .locked = [] { return std::filesystem::exists(lock_path); },
+            .patience = options.patience};
 }
 
 } // namespace
@@ -61,7 +62,7 @@ ScenarioWorld::ScenarioWorld(const ScenarioOptions& options)
     std::filesystem::create_directories("/usr/share/applications");
     // The build folder may be closed to other accounts; a download lies in the person's own folder.
     program = account.home + "/.zeph-installer";
-    std::filesystem::copy_file(ZEPH_INSTALLER, program);
+    std::filesystem::copy_file(options.installer, program);
     support::give_to(account, program);
 }
 

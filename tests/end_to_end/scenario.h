@@ -43,6 +43,9 @@ struct ScenarioOptions {
     std::vector<std::string> keep_visible = {}; // folders that stay in view in the world
     // The line between the installer and its screen; none when neither of the two is set.
     support::DistantDisplayOptions line = {};
+    std::string installer = ZEPH_INSTALLER;
+    std::string pictures = ZEPH_PICTURES;       // where a picture goes of what went wrong
+    std::chrono::milliseconds patience{40'000}; // with everything that is waited for
 };
 
 // The world, and the account in it. It stays until the screen has gone.

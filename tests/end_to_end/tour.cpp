@@ -5,12 +5,11 @@
 // that the person of the tour chooses (under another name). DPI is the screen's density, from 96 to
 // 192 in steps of 12. Ends with status 0 when all is well.
 
+#include "end_to_end/album.h"
 #include "end_to_end/scenario.h"
 #include "end_to_end/tour_proof.h"
 
 #include <sys/mount.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -31,29 +30,6 @@ struct Tour {
     std::string folder;
     int dpi = plain_dpi;
 };
-
-class Album {
-public:
-    explicit Album(std::string folder) : folder_(std::move(folder)) {}
-
-    void keep(Scenario& scenario, support::XWindow window, const char* name, const char* caption) {
-        // Out of the way of the picture, then as the screen is.
-        char file[64];
-        std::snprintf(file, sizeof file, "%02d-%s.png", ++count_, name);
-        save_png(scenario.picture_of(window), folder_ + "/" + file);
-        std::printf("  %-28s %s\n", file, caption);
-        std::fflush(stdout);
-    }
-
-private:
-    std::string folder_;
-    int count_ = 0;
-};
-
-void say(const std::string& text) {
-    std::printf("%s\n", text.c_str());
-    std::fflush(stdout);
-}
 
 ScenarioOptions with(Rights rights, const Tour& tour) {
     ScenarioOptions options;
@@ -161,21 +137,6 @@ void have_no_rights(const Tour& tour, Album& album) {
     album.keep(scenario, scenario.main_window(), "no-rights", "no sudo and no su");
 }
 
-// Everything but the installed file belongs to whoever owns the place where the folder is.
-void hand_over(const std::string& folder) {
-    struct stat owner {};
-    if (stat(files::path(folder).parent_path().c_str(), &owner) != 0) {
-        return;
-    }
-    for (const auto& entry : files::recursive_directory_iterator(folder)) {
-        if (entry.path().filename() != plugin_name &&
-            lchown(entry.path().c_str(), owner.st_uid, owner.st_gid) != 0) {
-            return;
-        }
-    }
-    (void)!lchown(folder.c_str(), owner.st_uid, owner.st_gid);
-}
-
 int play(const Tour& tour) {
     const std::string& folder = tour.folder;
     files::remove_all(folder);
@@ -188,7 +149,7 @@ int play(const Tour& tour) {
     fail_to_unpack(tour, album);
     meet_another_instance(tour, album);
     have_no_rights(tour, album);
-    hand_over(folder);
+    hand_over(folder, plugin_name);
     say("pictures and console.txt are in " + folder);
     say("installed: " + folder + "/installed/" + plugin_name + ", " + std::to_string(file.bytes) +
         " bytes, sha256 " + file.sha256);

@@ -134,6 +134,12 @@ class HandingOut(Making):
         self.assertNotIn("Nothing changed", third)
         self.assertEqual(len(self.handed_out()), 3)
 
+    def test_another_version_of_the_tool_says_what_it_says(self):
+        self.run_main()
+        self.addCleanup(setattr, making, "tool_digest", making.tool_digest)
+        making.tool_digest = lambda: "another"
+        self.assertNotIn("Nothing changed", self.run_main()[1])
+
     def test_another_products_file_stays(self):
         self.run_main()
         kept = handing_out.sum_of(self.path("dist/" + self.NAME))
@@ -177,11 +183,11 @@ class Said(Making):
         self.set("compression", '"xz"')
         _, said, _ = self.run_main()
         for line in (
-            "plug-in         LV2 bundle, x86-64",
-            "it needs        libc.so.6 libm.so.6",
-            "its oldest      libc 2.29",
+            "plug-in        LV2 bundle, x86-64",
+            "plug-in needs  libc.so.6 libm.so.6",
+            "plug-in libc   GLIBC 2.29",
             "lrwxrwxrwx root/root          0 my-plug-in.lv2/b.so -> lantern-tilt.so",
-            "unpacking needs the program xz and 67.1 MB of memory where it is installed",
+            "unpacking      needs the program xz and 67.1 MB of memory where it is installed",
         ):
             self.assertIn("  " + line + "\n", said)
 
@@ -192,7 +198,7 @@ class Said(Making):
         os.symlink("LICENSE", self.path("product/my-plug-in.lv2/z"))
         _, said, _ = self.run_main()
         self.assertIn("and 88 more\n", said)
-        self.assertIn("  links           my-plug-in.lv2/z -> LICENSE\n", said)
+        self.assertIn("  links          my-plug-in.lv2/z -> LICENSE\n", said)
 
     def test_names_and_numbers(self):
         self.assertEqual(visible("a\x1b[2J\nb\udcff\x7f ü"), "a\\x1b[2J\\nb\\xff\\x7f ü")

@@ -32,30 +32,27 @@ def forget_other_place(build_folder):
     except FileNotFoundError:
         return
     wanted = {"CMAKE_CACHEFILE_DIR": build_folder, "CMAKE_HOME_DIRECTORY": REPOSITORY}
-    if any(os.path.realpath(places.get(name, "")) != os.path.realpath(place)
-           for name, place in wanted.items()):
+    if any(
+        os.path.realpath(places.get(name, "")) != os.path.realpath(place)
+        for name, place in wanted.items()
+    ):
         print("The build folder was made in another place and is made anew", flush=True)
         shutil.rmtree(build_folder)
         os.makedirs(build_folder)
 
 
-def configure(stage, build_folder):
+def configure(definitions, build_folder):
+    """Runs CMake with these definitions, unless it has been."""
     command = ["cmake", "-G", "Ninja", "-S", REPOSITORY, "-B", build_folder]
-    definitions = {
-        "CMAKE_BUILD_TYPE": "Release",
-        "ZEPH_TESTS": "OFF",
-        "ZEPH_PRODUCT_SETTINGS_DIR": stage.settings,
-        "ZEPH_PRODUCT_ARTWORK": stage.artwork,
-        "ZEPH_PAYLOAD_ARCHIVE": stage.archive,
-        "ZEPH_PAYLOAD_ICON": stage.icon,
-    }
     if shutil.which("ccache"):
-        definitions["CMAKE_C_COMPILER_LAUNCHER"] = "ccache"
-        definitions["CMAKE_CXX_COMPILER_LAUNCHER"] = "ccache"
+        for language in ("C", "CXX"):
+            definitions = {**definitions, f"CMAKE_{language}_COMPILER_LAUNCHER": "ccache"}
     marker = os.path.join(build_folder, "configured")
     wanted = "\n".join(f"{name}={value}" for name, value in definitions.items())
-    if os.path.exists(marker) and open(marker, encoding="utf-8").read() == wanted:
-        return
+    if os.path.exists(marker):
+        with open(marker, encoding="utf-8") as file:
+            if file.read() == wanted:
+                return
     run(command + [f"-D{name}={value}" for name, value in definitions.items()])
     with open(marker, "w", encoding="utf-8") as file:
         file.write(wanted)
@@ -65,8 +62,21 @@ def build(stage, build_folder):
     """Configures where needed and builds; the path of the executable, not yet stripped."""
     os.makedirs(build_folder, exist_ok=True)
     forget_other_place(build_folder)
-    configure(stage, build_folder)
-    command = ["cmake", "--build", build_folder, "--target", TARGET]
+    definitions = {
+        "CMAKE_BUILD_TYPE": "Release",
+        "ZEPH_TESTS": "OFF",
+        "ZEPH_PRODUCT_SETTINGS_DIR": stage.settings,
+        "ZEPH_PRODUCT_ARTWORK": stage.artwork,
+        "ZEPH_PAYLOAD_ARCHIVE": stage.archive,
+        "ZEPH_PAYLOAD_ICON": stage.icon,
+    }
+    configure(definitions, build_folder)
+    return build_target(build_folder, TARGET)
+
+
+def build_target(build_folder, target):
+    """Builds it; its path."""
+    command = ["cmake", "--build", build_folder, "--target", target]
     # In a session of its own, so that all of it can be stopped, and nothing else.
     process = subprocess.Popen(
         command,
@@ -94,7 +104,7 @@ def build(stage, build_folder):
         progress.end()
     if status != 0:
         raise BuildError("the build failed:\n" + "".join(said))
-    return os.path.join(build_folder, TARGET)
+    return os.path.join(build_folder, target)
 
 
 def converted_background(built):

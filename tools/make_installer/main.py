@@ -14,6 +14,7 @@ import handing_out
 import making
 import new_product
 import staging
+import trying
 from settings_file import SettingsError
 from wording import some_of, visible
 
@@ -55,6 +56,9 @@ def main():
         prog="make-installer", description="Makes an installer out of a product folder."
     )
     parser.add_argument("--new", action="store_true", help="lay out FOLDER to start from")
+    parser.add_argument(
+        "--try", action="store_true", dest="tried", help="make it, play it and take its pictures"
+    )
     parser.add_argument("--strict", action="store_true", help="take warnings as errors")
     parser.add_argument("--build", metavar="DIR", help="where to build (default: build/products/)")
     parser.add_argument("--output", metavar="DIR", help="where the installer goes (default: dist/)")
@@ -72,7 +76,7 @@ def main():
             return
         build_folder = os.path.abspath(arguments.build or making.build_folder_for(folder))
         output_folder = arguments.output or os.path.join(staging.REPOSITORY, "dist")
-        making.make(folder, build_folder, output_folder, arguments.strict)
+        making.make(folder, build_folder, output_folder, arguments.strict, arguments.tried)
     except SettingsError as error:
         for complaint in some_of(error.complaints):
             print(complaint, file=sys.stderr)
@@ -85,6 +89,7 @@ def main():
         elf_facts.ElfError,
         handing_out.HandingOutError,
         new_product.FolderError,
+        trying.TrialError,
     ) as error:
         sys.exit(f"make-installer: {visible(error)}")
     except OSError as error:

@@ -15,6 +15,7 @@ import plugin_facts
 import product_warnings
 import settings
 import staging
+import trying
 from settings_file import SettingsError
 from summary import summary
 from wording import some_of, visible
@@ -55,13 +56,23 @@ def state_of(path):
     return [status.st_size, status.st_mtime_ns, status.st_ino]
 
 
+def tool_digest():
+    """Changes with this tool, whose words are kept with what was made."""
+    digest = hashlib.sha256()
+    folder = os.path.dirname(os.path.abspath(__file__))
+    for name in sorted(os.listdir(folder)):
+        if name.endswith(".py"):
+            digest.update(handing_out.sum_of(os.path.join(folder, name)).encode())
+    return digest.hexdigest()
+
+
 def hand_out_if_changed(values, stage, product, built, build_folder, output_folder):
     """Leaves what is handed out, unless just that lies there; the path of the executable, and what to
     tell of it."""
     name = executable_name(values)
     places = [os.path.join(output_folder, each) for each in handing_out.names_of(name)]
     record = os.path.join(build_folder, "handed-out.json")
-    made_of = [state_of(built), stage.time, stage.archive_size, values]
+    made_of = [tool_digest(), state_of(built), stage.time, stage.archive_size, values]
     try:
         with open(record, encoding="utf-8") as file:
             old = json.load(file)
@@ -100,8 +111,8 @@ def warn(checker, found, strict):
         print(line, file=sys.stderr, flush=True)
 
 
-def make(folder, build_folder, output_folder, strict=False):
-    """The path of the executable that was made."""
+def make(folder, build_folder, output_folder, strict=False, tried=False):
+    """Makes what is handed out, and tries it where that is wanted."""
     checker, packed = checked_product(folder)
     values = checker.values
     handing_out.check_place(output_folder, executable_name(values), values["product_name"])
@@ -117,5 +128,6 @@ def make(folder, build_folder, output_folder, strict=False):
         warn(checker, [("background_picture", unreadable)] if unreadable else [], strict)
         product = (packed, facts)
         path, told = hand_out_if_changed(values, stage, product, built, build_folder, output_folder)
-    print(told, end="")
-    return path
+        print(told, end="", flush=True)
+        if tried:
+            trying.try_out(values, stage, path, os.path.join(build_folder, "tour"))

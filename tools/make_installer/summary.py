@@ -34,7 +34,7 @@ def links_behind(members, links):
 
 def block(word, lines, out):
     for index, line in enumerate(lines):
-        print(f"  {'' if index else word:15} {line}", file=out)
+        print(f"  {'' if index else word:14} {line}", file=out)
 
 
 def plugin_block(plugin, out):
@@ -43,13 +43,13 @@ def plugin_block(plugin, out):
     block("plug-in", [plugin.description() + (f", {processors}" if processors else "")], out)
     if not plugin.libraries:
         return
-    block("it needs", [" ".join(plugin.needed()) or "no other library"], out)
+    block("plug-in needs", [" ".join(plugin.needed()) or "no other library"], out)
     newest = [
         f"{name} {plugin.newest(family)}"
-        for family, name in (("GLIBC", "libc"), ("GLIBCXX", "libstdc++ symbols"))
+        for family, name in (("GLIBC", "GLIBC"), ("GLIBCXX", "GLIBCXX"))
         if plugin.newest(family)
     ]
-    block("its oldest", newest and [", ".join(newest)], out)
+    block("plug-in libc", newest and [", ".join(newest)], out)
 
 
 def summary(values, stage, product, path, digest):
@@ -66,9 +66,9 @@ def summary(values, stage, product, path, digest):
         block("links", some_of(links_behind(packed.members, packed.links)), out)
     plugin_block(plugin, out)
     if values["compression"] == "xz":
-        need = f"the program xz and {size(archive.DICTIONARY)} of memory where it is installed"
-        block("unpacking needs", [need], out)
-    block("installer needs", [" ".join(facts.needed)], out)
+        need = f"needs the program xz and {size(archive.DICTIONARY)} of memory where it is installed"
+        block("unpacking", [need], out)
+    block("needs", [" ".join(facts.needed)], out)
     block("oldest libc", [versions.get("GLIBC", "any")], out)
     block("NOT everywhere", floor.symbols_above(path), out)
     protections = executable.hardening(path)

@@ -1,0 +1,45 @@
+// Keeping pictures, saying what they show, giving them away.
+
+#include "end_to_end/album.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+
+namespace end_to_end {
+
+namespace files = std::filesystem;
+
+void Album::keep(Scenario& scenario, support::XWindow window, const char* name,
+                 const char* caption) {
+    char file[64];
+    std::snprintf(file, sizeof file, "%02d-%s.png", ++count_, name);
+    save_png(scenario.picture_of(window), folder_ + "/" + file);
+    std::printf("  %-28s %s\n", file, caption);
+    std::fflush(stdout);
+}
+
+void say(const std::string& text) {
+    std::printf("%s\n", text.c_str());
+    std::fflush(stdout);
+}
+
+void hand_over(const std::string& folder, const std::string& kept) {
+    struct stat owner {};
+    if (stat(files::path(folder).parent_path().c_str(), &owner) != 0) {
+        return;
+    }
+    for (auto at = files::recursive_directory_iterator(folder);
+         at != files::recursive_directory_iterator(); ++at) {
+        if (at->path().filename() == kept) {
+            at.disable_recursion_pending();
+        } else if (lchown(at->path().c_str(), owner.st_uid, owner.st_gid) != 0) {
+            return;
+        }
+    }
+    (void)!lchown(folder.c_str(), owner.st_uid, owner.st_gid);
+}
+
+} // namespace end_to_end

@@ -1,0 +1,71 @@
+// Comparing trees.
+
+#include "end_to_end/installed_tree.h"
+
+#include "support/child_process.h"
+
+#include <algorithm>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+#include <vector>
+
+namespace end_to_end {
+
+namespace {
+
+constexpr std::chrono::minutes patience{10}; // with gigabytes
+
+// In tar's spelling, in which each name is one line; folders without the slash at their end.
+std::set<std::string> names_of(const std::string& archive) {
+    std::istringstream list(support::output_of({"tar", "-tf", archive}, patience));
+    std::set<std::string> names;
+    for (std::string name; std::getline(list, name);) {
+        names.insert(name.ends_with('/') ? name.substr(0, name.size() - 1) : name);
+    }
+    return names;
+}
+
+// The same of what is there, packed once more only to be spelt alike.
+std::set<std::string> names_below(const std::string& folder, const std::set<std::string>& tops) {
+    std::vector<std::string> command = {
+        "sh", "-c", "folder=$1; shift; tar -cf - -C \"$folder\" -- \"$@\" | tar -tf -", "sh",
+        folder};
+    command.insert(command.end(), tops.begin(), tops.end());
+    std::istringstream list(support::output_of(command, patience));
+    std::set<std::string> names;
+    for (std::string name; std::getline(list, name);) {
+        names.insert(name.ends_with('/') ? name.substr(0, name.size() - 1) : name);
+    }
+    return names;
+}
+
+} // namespace
+
+TreeFigures prove_tree(const std::string& archive, const std::string& folder) {
+    support::ChildProcess compare({.command = {"tar", "-df", archive, "-C", folder}});
+    const auto end = compare.wait_for_end(patience);
+    if (!end || end->exit_status != 0) {
+        throw std::runtime_error("what was installed differs from what is carried:\n" +
+                                 compare.output() + compare.error_output());
+    }
+    const std::set<std::string> carried = names_of(archive);
+    TreeFigures figures{carried.size(), ""};
+    std::set<std::string> tops;
+    for (const std::string& name : carried) {
+        if (name.find('/') == std::string::npos) {
+            tops.insert(name);
+            figures.tops += (figures.tops.empty() ? "" : " ") + name;
+        }
+    }
+    const std::set<std::string> there = names_below(folder, tops);
+    std::vector<std::string> more;
+    std::set_difference(there.begin(), there.end(), carried.begin(), carried.end(),
+                        std::back_inserter(more));
+    if (!more.empty()) {
+        throw std::runtime_error("there is more than is carried, for example " + more.front());
+    }
+    return figures;
+}
+
+} // namespace end_to_end

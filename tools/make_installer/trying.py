@@ -1,0 +1,41 @@
+"""Tries an installer out: the private tour, as a throw-away person with the real sudo."""
+
+import os
+import subprocess
+
+import building
+from staging import REPOSITORY
+
+TARGET = "zeph-try"
+
+
+class TrialError(Exception):
+    """The installer did not do what it should; what went wrong has been told."""
+
+
+def built_tour():
+    """Builds the tour where it is not yet; its path."""
+    folder = os.path.join(REPOSITORY, "build", "try")
+    os.makedirs(folder, exist_ok=True)
+    building.forget_other_place(folder)
+    definitions = {"CMAKE_BUILD_TYPE": "Release", "ZEPH_TESTS": "ON"}
+    building.configure(definitions, folder)
+    return building.build_target(folder, TARGET)
+
+
+def try_out(values, stage, installer, pictures):
+    """Plays the installation; TrialError when something was not as it must be."""
+    command = [
+        built_tour(),
+        f"installer={os.path.abspath(installer)}",
+        f"archive={os.path.abspath(stage.archive)}",
+        f"title={values['folder_browser_title']}",
+        f"folder={values['default_install_folder']}",
+        f"offered={values['offer_default_folder']}",
+        f"pictures={os.path.abspath(pictures)}",
+    ]
+    if os.getuid() != 0:
+        print("The private screen needs root for a throw-away account: sudo will ask.", flush=True)
+        command.insert(0, "sudo")
+    if subprocess.run(command, check=False).returncode != 0:
+        raise TrialError("the installer was made, and failed when it was tried")
