@@ -185,7 +185,7 @@ class Said(Making):
         for line in (
             "plug-in        LV2 bundle, x86-64",
             "plug-in needs  libc.so.6 libm.so.6",
-            "plug-in libc   GLIBC 2.29",
+            "plug-in libc   exp@GLIBC_2.29",
             "lrwxrwxrwx root/root          0 my-plug-in.lv2/b.so -> lantern-tilt.so",
             "unpacking      needs the program xz and 67.1 MB of memory where it is installed",
         ):

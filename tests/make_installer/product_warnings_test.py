@@ -12,6 +12,7 @@ import tool_path  # noqa: F401
 
 import contents
 import contrast
+import making
 import plugin_facts
 import product_warnings
 import staging
@@ -129,6 +130,7 @@ class RightOnes(Product):
         self.assertEqual(facts.processors(), ["x86-64"])
         self.assertEqual(facts.needed(), ["libc.so.6", "libm.so.6"])
         self.assertEqual(facts.newest("GLIBC"), "2.29")
+        self.assertEqual(facts.newest_symbol("GLIBC"), "exp@GLIBC_2.29")
         self.assertEqual(facts.bundles[0].seen, ["Lantern Tilt"])
         for name, what in (("ladspa.so", "LADSPA"), ("a.clap", "CLAP"), ("dssi.so", "DSSI")):
             self.put_library(name, name)
@@ -137,6 +139,14 @@ class RightOnes(Product):
         self.put_library("plain.so", "plain.so")
         self.values["plugin"] = "plain.so"
         self.assertEqual(self.facts().description(), "a library of no known format")
+
+    def test_the_example_products(self):
+        for name in ("lantern-tilt", "lantern-set"):
+            folder = os.path.join(staging.REPOSITORY, "products", name)
+            checker, packed = making.checked_product(folder)
+            facts = plugin_facts.inspect(packed.members)
+            found = product_warnings.of_product(folder, checker.values, packed, facts)
+            self.assertEqual(list(found), [])
 
     def test_a_library_that_it_brings_is_none_that_it_needs(self):
         self.put_library("a.lv2/libm.so.6", "plain.so")

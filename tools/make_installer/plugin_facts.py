@@ -82,6 +82,17 @@ class PluginFacts:
         found = [version for version in found if version]
         return max(found, key=lambda text: tuple(map(int, text.split("."))), default=None)
 
+    def newest_symbol(self, family):
+        """A symbol of that newest version, as name@FAMILY_VERSION, or None."""
+        ending = f"@{family}_{self.newest(family)}"
+        wanted = {
+            symbol
+            for each in self.libraries + self.programs
+            for symbol in each.facts.imported
+            if symbol.replace("@@", "@").endswith(ending)
+        }
+        return min(wanted, default=None)
+
     def description(self):
         """What it is, in a few words."""
         bundles = [bundle.name for bundle in self.bundles]

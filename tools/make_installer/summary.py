@@ -45,9 +45,9 @@ def plugin_block(plugin, out):
         return
     block("plug-in needs", [" ".join(plugin.needed()) or "no other library"], out)
     newest = [
-        f"{name} {plugin.newest(family)}"
-        for family, name in (("GLIBC", "GLIBC"), ("GLIBCXX", "GLIBCXX"))
-        if plugin.newest(family)
+        plugin.newest_symbol(family)
+        for family in ("GLIBC", "GLIBCXX")
+        if plugin.newest_symbol(family)
     ]
     block("plug-in libc", newest and [", ".join(newest)], out)
 

@@ -1,0 +1,102 @@
+#!/usr/bin/env bash
+# What scripts/third_party.sh does inside the root: products of packaged plug-ins, one after the other.
+set -u
+. scripts/packages.sh
+
+results=/srv/results
+mkdir -p "$results/products" build/logs
+exec > >(tee "$results/report.txt") 2>&1
+
+plugin_packages=(cmt mda-lv2 zam-plugins)
+host_packages=(ladspa-sdk lilv-utils serdi qtractor xz-utils ccache)
+ensure_packages "${build_packages[@]}" "${tour_packages[@]}" python3 binutils \
+    "${plugin_packages[@]}" "${host_packages[@]}"
+export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
+scanner=$(find /usr/lib /usr/libexec -name qtractor_plugin_scan -type f | head -n 1)
+failed=0
+table=()
+
+# product NAME PLUGIN FOLDER COMPRESSION: a product folder with the plug-in, a file or folder, in it.
+product() {
+    local folder=$results/products/$1
+    rm -rf "$folder"
+    ./make-installer --new "$folder" > /dev/null || return 1
+    cp -a "$2" "$folder/"
+    sed -i -e "s|^product_name = .*|product_name = \"Third $1\"|" \
+        -e "s|^product_short_name = .*|product_short_name = \"third-$1\"|" \
+        -e "s|^plugin = .*|plugin = \"$(basename "$2")\"|" \
+        -e "s|^default_install_folder = .*|default_install_folder = \"$3\"|" \
+        -e "s|^compression = .*|compression = \"$4\"|" "$folder/product.toml"
+}
+
+# scan TYPE FILE...: what a sequencer's own scanner finds when it loads the file.
+scan() {
+    local type=$1 file
+    shift
+    for file in "$@"; do
+        printf '%s:%s\n' "$type" "$file" | QT_QPA_PLATFORM=offscreen timeout 60 "$scanner" 2> /dev/null |
+            grep "^$type|" | cut -d '|' -f 2
+    done
+}
+
+# hosts KIND PATH: names that hosts find in what was installed; fails when there are none.
+hosts() {
+    local found
+    case $1 in
+    ladspa) found=$(analyseplugin -l "$2") ;;
+    lv2) found=$(LV2_PATH=$(dirname "$2") lv2ls -n) ;;
+    vst3) found=$(scan VST3 "$2"/Contents/*-linux/*.so) ;;
+    clap) found=$(scan CLAP "$2") ;;
+    suite)
+        found=$(scan VST3 "$2"/vst3/*.vst3/Contents/*-linux/*.so)
+        found+=$'\n'$(LV2_PATH=$2/lv2 lv2ls -n)
+        ;;
+    esac
+    echo "$found" | sed '/^$/d'
+    [ -n "${found//[$'\n']/}" ]
+}
+
+# try KIND PLUGIN FOLDER [COMPRESSION]
+try() {
+    local kind=$1 plugin=$2 log="$results/$1.log" installed original found tree=equal
+    echo "== $kind: $plugin"
+    product "$kind" "$plugin" "$3" "${4:-gzip}" || return 1
+    if ! ./make-installer --try --build "$results/build-$kind" --output "$results/dist" \
+        "$results/products/$kind" > "$log" 2>&1; then
+        tail -n 30 "$log"
+        table+=("$kind|$(basename "$plugin")|FAILED||")
+        return 1
+    fi
+    grep -E '^  (size|plug-in|unpacking)|warning:|seconds|as it is carried' "$log" | grep -v "template's"
+    installed=$results/build-$kind/tour/installed/$(basename "$plugin")
+    original=$results/products/$kind/$(basename "$plugin")
+    diff -r --no-dereference "$original" "$installed" > /dev/null || tree=DIFFERS
+    # Links are links; files 0644 or 0755, folders 0755, all of root's and of one time.
+    [ -z "$(find "$installed" ! -type l \( -type d ! -perm 755 -o -type f ! -perm 644 ! -perm 755 -o ! -user root \))" ] ||
+        tree="WRONG MODES"
+    [ "$(find "$installed" -printf '%T@\n' | sort -u | wc -l)" -eq 1 ] || tree="WRONG TIMES"
+    found=$(hosts "$kind" "$installed") || found=""
+    echo "$found" | head -n 5 | sed 's/^/    found: /'
+    table+=("$kind|$(basename "$plugin")|tree $tree|$(grep -c . <<< "$found") plug-ins found by hosts|$(sed -n 's/.*last screen: //p' "$log")")
+    rm -rf "$results/build-$kind/cmake" "$results/build-$kind/tour/installed" "$results/products/$kind"
+    [ "$tree" = equal ] && [ -n "$found" ]
+}
+
+clap=$(find /usr/lib/clap -name '*.clap' | sort | head -n 1)
+suite=/srv/zam-suite
+mkdir -p "$suite"
+for folder in clap lv2 vst vst3; do
+    [ ! -d "/usr/lib/$folder" ] || { mkdir "$suite/$folder" && cp -a /usr/lib/"$folder"/[Zz]a* "$suite/$folder/"; }
+done
+
+try ladspa /usr/lib/ladspa/cmt.so /usr/lib/ladspa || failed=1
+try lv2 /usr/lib/lv2/mda.lv2 /usr/lib/lv2 || failed=1
+try vst3 /usr/lib/vst3/ZamVerb.vst3 /usr/lib/vst3 || failed=1
+try clap "$clap" /usr/lib/clap || failed=1
+try suite "$suite" /usr/lib/vst3 xz || failed=1
+(cd "$results/dist" && sha256sum -c --quiet ./*.sha256) || failed=1
+rm -rf "$results/dist"
+
+echo
+printf '%s\n' "${table[@]}" | column -t -s '|'
+exit "$failed"
