@@ -8,8 +8,8 @@
 build_packages=(g++ cmake ninja-build libx11-dev libpng-dev)
 tour_packages=(libxtst-dev libxcb1-dev libgtest-dev sudo passwd tar gzip xvfb openbox ladspa-sdk)
 test_packages=(binutils busybox ccache clang clang-format clang-tidy desktop-file-utils file
-    librsvg2-bin lilv-utils locales lv2-dev procps python3 python3-hypothesis serdi twm uim-xim
-    x11-utils xclip xfonts-base xsel xz-utils)
+    fluxbox i3-wm icewm librsvg2-bin lilv-utils locales lv2-dev procps python3 python3-hypothesis
+    serdi twm uim-xim x11-utils xclip xfonts-base xfwm4 xsel xz-utils)
 # Of these only newer distributions have packages; what is about them is tested where they are.
 newer_test_packages=(sudo-rs)
 
@@ -29,6 +29,7 @@ tool_of() {
     librsvg2-bin) echo rsvg-convert ;;
     locales) echo localedef ;;
     lilv-utils) echo lv2ls ;;
+    i3-wm) echo i3 ;;
     lv2-dev | python3-hypothesis | xfonts-base) echo "" ;;
     lib*) echo "" ;;
     *) echo "$1" ;;

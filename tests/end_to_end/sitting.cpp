@@ -29,14 +29,20 @@ constexpr int ink_brightness = 200;
 } // namespace
 
 Sitting::Sitting(const SittingOptions& options) : options_(options) {
-    server_ = std::make_unique<support::XServer>(options.screen);
-    if (options.line.delay.count() > 0 || options.line.cut_after > 0) {
-        line_ = std::make_unique<support::DistantDisplay>(server_->display_name(), options.line);
+    if (options.running_desktop.empty()) {
+        make_screen();
     }
-    manager_ = std::make_unique<support::WindowManager>(options.manager, server_->display_name());
-    view_ = std::make_unique<support::DisplayView>(server_->display_name());
-    person_ = std::make_unique<support::Person>(server_->display_name());
+    view_ = std::make_unique<support::DisplayView>(screen_name());
+    person_ = std::make_unique<support::Person>(screen_name());
     person_->move_pointer(1, 1);
+}
+
+void Sitting::make_screen() {
+    server_ = std::make_unique<support::XServer>(options_.screen);
+    if (options_.line.delay.count() > 0 || options_.line.cut_after > 0) {
+        line_ = std::make_unique<support::DistantDisplay>(server_->display_name(), options_.line);
+    }
+    manager_ = std::make_unique<support::WindowManager>(options_.manager, server_->display_name());
 }
 
 Sitting::~Sitting() = default;

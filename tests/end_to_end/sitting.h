@@ -32,6 +32,8 @@ struct SittingOptions {
     std::string browser_title = end_to_end::browser_title;
     // The line between the installer and its screen; none when neither of the two is set.
     support::DistantDisplayOptions line = {};
+    // The display of a desktop that runs already, in place of a manager, a screen and a line.
+    std::string running_desktop = {};
     std::string pictures;                       // folder for pictures of what went wrong
     std::function<bool()> locked;               // whether the installer's lock is there
     std::chrono::milliseconds patience{40'000}; // for each screen
@@ -104,7 +106,7 @@ public:
     [[nodiscard]] const support::DistantDisplay& line() const { return *line_; }
     // Where the installer's windows are, as the installer is told.
     [[nodiscard]] const std::string& display_name() const {
-        return line_ ? line_->display_name() : server_->display_name();
+        return line_ ? line_->display_name() : screen_name();
     }
     [[nodiscard]] support::XWindow splash_window() const { return splash_window_; }
     [[nodiscard]] support::XWindow main_window() const { return main_window_; }
@@ -113,6 +115,10 @@ public:
 private:
     // Two clicks of a person on two things are further apart than those of a double click.
     void pause_between_clicks();
+    void make_screen();
+    [[nodiscard]] const std::string& screen_name() const {
+        return server_ ? server_->display_name() : options_.running_desktop;
+    }
     [[nodiscard]] support::Colour pixel(const support::Picture& picture, int x, int y) const;
     SittingOptions options_;
     std::unique_ptr<support::XServer> server_;

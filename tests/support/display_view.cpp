@@ -90,6 +90,17 @@ std::vector<XWindow> DisplayView::children(XWindow window) const {
     return {first, first + xcb_query_tree_children_length(tree.get())};
 }
 
+XWindow DisplayView::top_level_of(XWindow window) const {
+    for (;;) {
+        const auto tree =
+            owned(xcb_query_tree_reply(connection_, xcb_query_tree(connection_, window), nullptr));
+        if (!tree || tree->parent == root_) {
+            return tree ? window : 0U;
+        }
+        window = tree->parent;
+    }
+}
+
 Place DisplayView::place_on_root(XWindow window) const {
     const auto geometry =
         owned(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
@@ -230,6 +241,22 @@ void DisplayView::ask_to_close(XWindow window) const {
     char bytes[32] = {};
     std::memcpy(bytes, &message, sizeof message);
     xcb_send_event(connection_, 0, window, XCB_EVENT_MASK_NO_EVENT, bytes);
+    xcb_flush(connection_);
+}
+
+void DisplayView::ask_manager(XWindow window, const std::string& type,
+                              const std::vector<std::uint32_t>& numbers) const {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom(type);
+    std::copy(numbers.begin(), numbers.end(), std::begin(message.data.data32));
+    char bytes[32] = {};
+    std::memcpy(bytes, &message, sizeof message);
+    xcb_send_event(connection_, 0, root_,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   bytes);
     xcb_flush(connection_);
 }
 

@@ -62,7 +62,9 @@ public:
 
     [[nodiscard]] bool exists(XWindow window) const;
     [[nodiscard]] bool viewable(XWindow window) const;
-    [[nodiscard]] std::vector<XWindow> children(XWindow window) const;
+    [[nodiscard]] std::vector<XWindow> children(XWindow window) const; // the lowest first
+    // The child of the root that is the window or its frame; 0 for a window that is not there.
+    [[nodiscard]] XWindow top_level_of(XWindow window) const;
     // Position of the window's own corner (not its frame's) on the root, and its size.
     [[nodiscard]] Place place_on_root(XWindow window) const;
 
@@ -96,6 +98,11 @@ public:
 
     // Asks a window to close with WM_DELETE_WINDOW, as a window manager's close button does.
     void ask_to_close(XWindow window) const;
+
+    // Asks the window manager to do something to a window, as a taskbar does: a message of that
+    // type, with up to five numbers.
+    void ask_manager(XWindow window, const std::string& type,
+                     const std::vector<std::uint32_t>& numbers) const;
 
     // One line per window of more than a pixel: id, place, class, title, shown or not.
     [[nodiscard]] std::string describe_tree() const;
