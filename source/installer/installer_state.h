@@ -56,6 +56,8 @@ struct InstallerState {
     struct sigaction saved_sighup {};
     PrivilegedRunner runner{};
 
+    bool modern_input = false; // product.modern_input; nothing changes it once there are windows
+
     // The flow.
     std::int32_t tick_ms = 1; // measured length of a nominal 1 ms sleep
     float scale = 1.0F;

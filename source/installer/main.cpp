@@ -106,6 +106,9 @@ void create_engine() {
         return;
     }
     set_last_act(end_suddenly);
+    installer.modern_input = product.modern_input != 0;
+    engine_set_composed_text(installer.engine, installer.modern_input);
+    engine_set_converted_paste(installer.engine, installer.modern_input);
     engine_set_tick_callback(installer.engine, watch_display);
     engine_set_tick_interval(installer.engine, display_watch_ms);
 }

@@ -7,6 +7,8 @@
 #include "installer/installer_state.h"
 #include "installer/window_picture.h"
 
+#include <X11/X.h>
+
 #include <cstdlib>
 #include <cstring>
 
@@ -15,6 +17,8 @@ namespace {
 constexpr std::int32_t left_button = 1;
 constexpr std::int32_t middle_button = 2;
 constexpr unsigned long keysym_return = 0xFF0D;
+constexpr unsigned long keysym_insert = 0xFF63;
+constexpr unsigned long keysym_keypad_enter = 0xFF8D;
 
 void paint_panel() {
     message_panel_paint(installer.panel, installer.main_picture.surface);
@@ -53,6 +57,9 @@ void on_paint(std::int32_t left, std::int32_t top, std::int32_t width, std::int3
 
 // With screen_lock held.
 void press_ok(std::int32_t x, std::int32_t y, std::int32_t button) {
+    if (installer.modern_input && push_button_get_hidden(installer.button)) {
+        return;
+    }
     if (button == left_button && push_button_hit(installer.button, x, y)) {
         mark_button(true);
     }
@@ -73,11 +80,14 @@ void on_button_press_with_field(std::int32_t x, std::int32_t y, std::int32_t but
     press_ok(x, y, button);
 }
 
-void on_button_release(std::int32_t /*x*/, std::int32_t /*y*/, std::int32_t button, WindowId /*id*/,
+void on_button_release(std::int32_t x, std::int32_t y, std::int32_t button, WindowId /*id*/,
                        void* /*user_data*/) {
     const std::lock_guard<std::mutex> lock(installer.screen_lock);
-    if (button == left_button && push_button_get_highlighted(installer.button)) {
-        mark_button(false);
+    if (button != left_button || !push_button_get_highlighted(installer.button)) {
+        return;
+    }
+    mark_button(false);
+    if (!installer.modern_input || push_button_hit(installer.button, x, y)) {
         installer.finish_requested = 1;
     }
 }
@@ -99,12 +109,28 @@ void on_selection(unsigned char* data, WindowId id, void* /*user_data*/) {
     clipboard_free_text(data);
 }
 
-void on_key_press(const char* text, unsigned long keysym, std::uint32_t /*state*/, WindowId /*id*/,
+// Control-V and Shift-Insert.
+bool asks_for_paste(unsigned long keysym, std::uint32_t state) {
+    const bool letter = keysym == 'v' || keysym == 'V';
+    return (letter && (state & (ControlMask | Mod1Mask)) == ControlMask) ||
+           (keysym == keysym_insert && (state & ShiftMask) != 0);
+}
+
+void on_key_press(const char* text, unsigned long keysym, std::uint32_t state, WindowId id,
                   void* /*user_data*/) {
     const std::lock_guard<std::mutex> lock(installer.screen_lock);
+    if (installer.modern_input && keysym == keysym_keypad_enter) {
+        keysym = keysym_return;
+    }
     if (!push_button_get_hidden(installer.button)) {
         if (keysym == keysym_return) {
             installer.finish_requested = 1;
+        }
+        return;
+    }
+    if (installer.modern_input && asks_for_paste(keysym, state)) {
+        if (!password_field_get_hidden(installer.field)) {
+            clipboard_request_paste(installer.engine, id);
         }
         return;
     }

@@ -29,6 +29,7 @@ struct ProductSettings {
     std::int32_t offer_default_folder;  // 1 = the browser opens in default_install_folder
     std::int32_t verify_installation;   // 1 = put in place what is there whole, or nothing
     std::int32_t exact_folder_names;    // 1 = each path is one word for root, whatever it holds
+    std::int32_t modern_input;          // 1 = keys, paste and buttons as in today's programs
 };
 
 inline constexpr ProductSettings product = {
@@ -53,4 +54,5 @@ inline constexpr ProductSettings product = {
     .offer_default_folder = 0,
     .verify_installation = 0,
     .exact_folder_names = 0,
+    .modern_input = 0,
 };

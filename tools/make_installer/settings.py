@@ -19,6 +19,7 @@ SWITCHES = (
     "offer_default_folder",
     "verify_installation",
     "exact_folder_names",
+    "modern_input",
 )
 TEXTS = (
     "product_name",

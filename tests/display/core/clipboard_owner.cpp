@@ -6,6 +6,7 @@
 
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
@@ -47,13 +48,34 @@ ClipboardOwner::~ClipboardOwner() {
     xcb_disconnect(connection_);
 }
 
+void ClipboardOwner::send_piece(std::uint32_t requestor, std::uint32_t property) {
+    constexpr std::size_t longest = 100'000;
+    if (manners_ == OwnerManners::for_ever && sent_ == text_.size()) {
+        sent_ = 0;
+    }
+    const std::size_t length = std::min(longest, text_.size() - sent_);
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, requestor, property, utf8_, 8,
+                        static_cast<std::uint32_t>(length), text_.data() + sent_);
+    sent_ += length;
+    xcb_flush(connection_);
+}
+
 void ClipboardOwner::serve() {
     const xcb_atom_t incr = intern(connection_, "INCR");
+    utf8_ = intern(connection_, "UTF8_STRING");
+    const bool sends_pieces =
+        manners_ == OwnerManners::pieces || manners_ == OwnerManners::for_ever;
     while (!stop_ && xcb_connection_has_error(connection_) == 0) {
         xcb_generic_event_t* event = xcb_poll_for_event(connection_);
         if (event == nullptr) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
             continue;
+        }
+        if (event->response_type == XCB_PROPERTY_NOTIFY) {
+            const auto change = *reinterpret_cast<xcb_property_notify_event_t*>(event);
+            if (change.state == XCB_PROPERTY_DELETE && change.atom == XCB_ATOM_PRIMARY) {
+                send_piece(change.window, change.atom);
+            }
         }
         if ((event->response_type & 0x7F) != XCB_SELECTION_REQUEST) {
             std::free(event);
@@ -73,7 +95,18 @@ void ClipboardOwner::serve() {
                                 XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(text_.size()),
                                 text_.data());
         }
-        if (manners_ == OwnerManners::in_pieces) {
+        if (manners_ == OwnerManners::utf8_only && request.target == utf8_) {
+            property = request.property;
+            xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, request.requestor, property,
+                                utf8_, 8, static_cast<std::uint32_t>(text_.size()), text_.data());
+        }
+        if (sends_pieces && request.target == utf8_) {
+            const std::uint32_t watched = XCB_EVENT_MASK_PROPERTY_CHANGE;
+            xcb_change_window_attributes(connection_, request.requestor, XCB_CW_EVENT_MASK,
+                                         &watched);
+            sent_ = 0;
+        }
+        if (manners_ == OwnerManners::in_pieces || (sends_pieces && request.target == utf8_)) {
             property = request.property;
             const std::uint32_t size = 1'000'000;
             xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, request.requestor, property,

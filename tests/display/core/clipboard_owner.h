@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <string>
 #include <thread>
 
@@ -10,7 +11,9 @@ struct xcb_connection_t;
 
 enum class OwnerManners {
     text,      // answers STRING with the text
-    utf8_only, // refuses STRING, would answer UTF8_STRING
+    utf8_only, // refuses STRING, answers UTF8_STRING
+    pieces,    // sends UTF8_STRING in pieces of 100,000 bytes
+    for_ever,  // sends pieces without an end
     refuses,   // refuses everything
     in_pieces, // announces INCR and sends nothing more
     dies,      // breaks its connection when it is asked
@@ -29,6 +32,10 @@ public:
 
 private:
     void serve();
+    void send_piece(std::uint32_t requestor, std::uint32_t property);
+
+    std::size_t sent_ = 0; // of the text, in pieces
+    std::uint32_t utf8_ = 0;
 
     xcb_connection_t* connection_;
     OwnerManners manners_;

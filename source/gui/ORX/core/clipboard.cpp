@@ -3,6 +3,7 @@
 
 #include "gui/ORX/core/engine.h"
 #include "gui/ORX/core/engine_locks.h"
+#include "gui/ORX/core/paste_transfer.h"
 #include "gui/ORX/core/reply_memory.h"
 #include "gui/ORX/core/window_records.h"
 #include "gui/ORX/core/x_error_trap.h"
@@ -22,6 +23,9 @@ void clipboard_request_paste(UiEngine* engine, WindowId id) {
     XSetInputFocus(display, window, RevertToPointerRoot, CurrentTime);
     if (XGetSelectionOwner(display, clipboard) == 0) {
         return;
+    }
+    if (engine->converted_paste) {
+        return paste_begin(engine, window);
     }
     // The answer of an earlier paste may still stand there, and a refusal must not bring it back.
     XDeleteProperty(display, window, XA_PRIMARY);

@@ -63,6 +63,7 @@ void engine_destroy(UiEngine* engine) {
         return;
     }
     engine_close_display(engine);
+    paste_forget(engine);
     pthread_mutex_destroy(&engine->x_lock);
     pthread_mutex_destroy(&engine->table_lock);
     pthread_mutex_destroy(&engine->loop_lock);
@@ -82,6 +83,14 @@ bool engine_connection_lost(const UiEngine* engine) {
 
 pthread_mutex_t* engine_lock(UiEngine* engine) {
     return &engine->x_lock;
+}
+
+void engine_set_composed_text(UiEngine* engine, bool on) {
+    engine->composed_text = on;
+}
+
+void engine_set_converted_paste(UiEngine* engine, bool on) {
+    engine->converted_paste = on;
 }
 
 void engine_set_tick_interval(UiEngine* engine, std::int32_t milliseconds) {

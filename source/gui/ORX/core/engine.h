@@ -12,6 +12,7 @@
 #pragma once
 
 #include "gui/ORX/core/elapsed_time.h"
+#include "gui/ORX/core/paste_transfer.h"
 #include "gui/ORX/core/window_slot.h"
 
 #include <X11/Xlib.h>
@@ -40,8 +41,11 @@ struct UiEngine { // NOLINT(clang-analyzer-optin.performance.Padding)
     XErrorHandler saved_error_handler = nullptr;
     char key_text[17]; // text of the key press being dispatched: up to 16 bytes, zero-terminated
     XIM input_method = nullptr;
-    bool keyboard_alone = false; // the person's input method has been given up
-    double last_pointer_x;       // unset until pointer_set_origin
+    bool keyboard_alone = false;              // the person's input method has been given up
+    std::atomic<bool> composed_text{false};   // see engine_set_composed_text
+    std::atomic<bool> converted_paste{false}; // see engine_set_converted_paste
+    PasteTransfer paste;                      // the one under way
+    double last_pointer_x;                    // unset until pointer_set_origin
     double last_pointer_y;
     std::atomic<float> ui_scale{0.0F};        // 0 = not yet computed
     Cursor busy_cursor = 0;                   // the watch cursor, made on first use
@@ -87,6 +91,13 @@ void engine_close_display(UiEngine* engine);
 // that are still under way end the process later. XErrorTrap (x_error_trap.h) does all of that.
 void trap_x_errors(UiEngine* engine);
 [[nodiscard]] int untrap_x_errors(UiEngine* engine);
+
+// Both off in a new engine; no lock. Composed text: what an input method composes without a key of
+// its own reaches on_key_press, with keysym 0, and text of any length does. Converted paste: the
+// clipboard's text is asked for in today's ways, put together when it comes in pieces, and
+// delivered in the locale's encoding.
+void engine_set_composed_text(UiEngine* engine, bool on);
+void engine_set_converted_paste(UiEngine* engine, bool on);
 
 // Timers, in milliseconds; 0 = off. Intervals are measured within the second only, so that 1,000
 // or more never fires. No lock.

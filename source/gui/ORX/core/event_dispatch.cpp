@@ -99,6 +99,8 @@ void dispatch_event(UiEngine* engine, XEvent* event) {
         return dispatch_destroy_notify(engine, event->xdestroywindow);
     case ReparentNotify:
         return dispatch_reparent(engine, event->xreparent);
+    case PropertyNotify:
+        return dispatch_property_change(engine, event->xproperty);
     case SelectionNotify:
         return dispatch_selection(engine, event->xselection);
     case ClientMessage:

@@ -20,4 +20,5 @@ void dispatch_motion(UiEngine* engine, const XMotionEvent& event);
 
 // Delivers messages of other clients (message_events.cpp).
 void dispatch_selection(UiEngine* engine, const XSelectionEvent& event);
+void dispatch_property_change(UiEngine* engine, const XPropertyEvent& event);
 void dispatch_client_message(UiEngine* engine, const XClientMessageEvent& event);

@@ -4,6 +4,7 @@
 #include "gui/ORX/core/engine.h"
 #include "gui/ORX/core/engine_locks.h"
 #include "gui/ORX/core/event_dispatch.h"
+#include "gui/ORX/core/paste_transfer.h"
 #include "gui/ORX/core/window_records.h"
 #include "gui/ORX/core/x_error_trap.h"
 
@@ -21,6 +22,7 @@ enum class Fetched { nothing, filtered, event };
 int pending_events(UiEngine* engine) {
     const XLockGuard x_guard(engine);
     Display* display = engine_display(engine);
+    paste_give_up_when_late(engine);
     return display == nullptr ? 0 : XPending(display);
 }
 

@@ -2,10 +2,12 @@
 #include "gui/ORX/core/event_dispatch.h"
 
 #include "gui/ORX/core/event_target.h"
+#include "gui/ORX/core/reply_memory.h"
 #include "gui/ORX/core/x_error_trap.h"
 
 #include <X11/Xutil.h>
 
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -13,20 +15,49 @@ namespace {
 constexpr float double_click_seconds = 0.3F;
 constexpr int key_text_length = sizeof(UiEngine::key_text) - 1;
 
-// Fills key_text. Returns false when the key is not to be delivered. With x_lock held.
-bool look_up_key(UiEngine* engine, XIC context, XKeyEvent* event, KeySym* keysym) {
+// Composed text for which key_text has no room; a sentence at once is more than anybody composes.
+struct LongText {
+    char* text = nullptr; // owned, zero-terminated
+    ~LongText() { free_reply(reinterpret_cast<unsigned char*>(text)); }
+};
+constexpr int longest_text = 64 * 1024;
+
+bool look_up_long_text(XIC context, XKeyEvent* event, int length, LongText* text, KeySym* keysym,
+                       Status* status) {
+    if (length < 0 || length > longest_text) {
+        return false;
+    }
+    text->text = static_cast<char*>(std::calloc(static_cast<std::size_t>(length) + 1, 1));
+    if (text->text == nullptr) {
+        return false;
+    }
+    XmbLookupString(context, event, text->text, length, keysym, status);
+    return *status == XLookupBoth || *status == XLookupChars;
+}
+
+// Fills key_text, or the long text. Returns false when the key is not to be delivered. With x_lock
+// held.
+bool look_up_key(UiEngine* engine, XIC context, XKeyEvent* event, LongText* long_text,
+                 KeySym* keysym) {
     std::memset(engine->key_text, 0, sizeof engine->key_text);
     if (context == nullptr || engine_display(engine) == nullptr) {
         return false;
     }
     Status status = XLookupNone;
-    {
-        const XErrorTrap trap(engine);
-        XSetICFocus(context);
+    const XErrorTrap trap(engine);
+    XSetICFocus(context);
+    const int length =
         XmbLookupString(context, event, engine->key_text, key_text_length, keysym, &status);
+    if (status == XBufferOverflow && engine->composed_text &&
+        !look_up_long_text(context, event, length, long_text, keysym, &status)) {
+        return false;
     }
     if (status == XLookupKeySym) {
         engine->key_text[0] = '\0';
+    }
+    if (status == XLookupChars) {
+        *keysym = NoSymbol;
+        return engine->composed_text;
     }
     return status == XLookupKeySym || status == XLookupBoth;
 }
@@ -36,16 +67,18 @@ bool look_up_key(UiEngine* engine, XIC context, XKeyEvent* event, KeySym* keysym
 void dispatch_key_press(UiEngine* engine, XKeyEvent* event) {
     EventTarget<KeyCallback> target;
     KeySym keysym = NoSymbol;
+    LongText long_text;
     {
         const XLockGuard x_guard(engine);
         target = target_with_lock(engine, event->window, &WindowSlot::on_key_press);
-        if (target.id == no_window ||
-            !look_up_key(engine, engine->windows[target.id].input_context, event, &keysym)) {
+        if (target.id == no_window || !look_up_key(engine, engine->windows[target.id].input_context,
+                                                   event, &long_text, &keysym)) {
             return;
         }
     }
     if (target.callback != nullptr) {
-        target.callback(engine->key_text, keysym, event->state, target.id, target.user_data);
+        const char* text = long_text.text != nullptr ? long_text.text : engine->key_text;
+        target.callback(text, keysym, event->state, target.id, target.user_data);
     }
 }
 

@@ -2,6 +2,7 @@
 #include "gui/ORX/core/event_dispatch.h"
 
 #include "gui/ORX/core/event_target.h"
+#include "gui/ORX/core/paste_transfer.h"
 #include "gui/ORX/core/reply_memory.h"
 #include "gui/ORX/core/window_placement_locked.h"
 #include "gui/ORX/core/window_records.h"
@@ -19,7 +20,17 @@ unsigned char* read_answer(UiEngine* engine, Window requestor) {
         return nullptr;
     }
     const XErrorTrap trap(engine);
-    return read_text_property(display, requestor, XA_PRIMARY).data;
+    return read_text_property(display, requestor, XA_PRIMARY, XA_STRING).data;
+}
+
+// false when the answer is not the last of it, or nobody has asked for one. With x_lock held.
+bool take_answer(UiEngine* engine, const XSelectionEvent& event, unsigned char** text) {
+    if (!engine->converted_paste) {
+        *text = read_answer(engine, event.requestor);
+        return true;
+    }
+    const XErrorTrap trap(engine);
+    return paste_take_answer(engine, event, text);
 }
 
 struct ClosedWindow {
@@ -79,10 +90,26 @@ void dispatch_selection(UiEngine* engine, const XSelectionEvent& event) {
     {
         const XLockGuard x_guard(engine);
         target = target_with_lock(engine, event.requestor, &WindowSlot::on_selection);
+        if (target.callback == nullptr || !take_answer(engine, event, &data)) {
+            return;
+        }
+    }
+    target.callback(data, target.id, target.user_data);
+}
+
+void dispatch_property_change(UiEngine* engine, const XPropertyEvent& event) {
+    EventTarget<SelectionCallback> target;
+    unsigned char* data = nullptr;
+    {
+        const XLockGuard x_guard(engine);
+        target = target_with_lock(engine, event.window, &WindowSlot::on_selection);
         if (target.callback == nullptr) {
             return;
         }
-        data = read_answer(engine, event.requestor);
+        const XErrorTrap trap(engine);
+        if (!paste_take_piece(engine, event, &data)) {
+            return;
+        }
     }
     target.callback(data, target.id, target.user_data);
 }

@@ -28,7 +28,8 @@ PropertyText read_property(Display* display, Window window, Atom property, Atom 
         return {};
     }
     text.size = count;
-    if (type != wanted || format != 8) {
+    text.type = type;
+    if ((wanted != AnyPropertyType && type != wanted) || format != 8) {
         text.size = text.data == nullptr ? 0 : malloc_usable_size(text.data);
         free_reply(text.data);
         text.data = nullptr;
@@ -56,9 +57,9 @@ void overwrite_answer(Display* display, Window window, unsigned long size) {
 
 } // namespace
 
-PropertyText read_text_property(Display* display, Window window, Atom property) {
+PropertyText read_text_property(Display* display, Window window, Atom property, Atom wanted) {
     mallopt(M_PERTURB, pattern);
-    const PropertyText text = read_property(display, window, property, XA_STRING);
+    const PropertyText text = read_property(display, window, property, wanted);
     mallopt(M_PERTURB, 0);
     if (text.size > 0) {
         overwrite_answer(display, window, text.size);

@@ -39,9 +39,10 @@ using CloseCallback = void (*)(std::int32_t outer_x, std::int32_t outer_y, Windo
 // it is null for a release.
 using KeyCallback = void (*)(const char* text, unsigned long keysym, std::uint32_t state,
                              WindowId id, void* user_data);
-// SelectionNotify. data is STRING text, zero-terminated, and belongs to the callback, which frees
-// it with XFree, or with clipboard_free_text, which overwrites it first; null when the owner
-// refused or sends the text in pieces.
+// SelectionNotify. data is STRING text (with engine_set_converted_paste text of the locale),
+// zero-terminated, and belongs to the callback, which frees it with XFree, or with
+// clipboard_free_text, which overwrites it first; null when the owner refused or sends the text in
+// pieces.
 using SelectionCallback = void (*)(unsigned char* data, WindowId id, void* user_data);
 // Periodic. false unregisters the callback.
 using TickCallback = bool (*)(void* user_data);
