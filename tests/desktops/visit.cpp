@@ -80,6 +80,19 @@ private:
         return sitting_.picture_of(sitting_.main_window());
     }
 
+    // Once nothing more is painted.
+    [[nodiscard]] Picture still_picture_of(XWindow window) const {
+        Picture picture;
+        const auto still = [&] {
+            picture = sitting_.picture_of(window);
+            return support::holds_for(
+                [&] { return count_differences(picture, sitting_.picture_of(window)) == 0; },
+                std::chrono::milliseconds{300});
+        };
+        (void)wait_until(still, patience);
+        return picture;
+    }
+
     // That the main window comes to show that very picture.
     void check_picture(const std::string& thing, const Picture& before) {
         const bool same =
@@ -89,7 +102,7 @@ private:
     }
 
     void check_cover() {
-        const Picture before = main_picture();
+        const Picture before = still_picture_of(sitting_.main_window());
         xcb_connection_t* connection = view_.connection();
         const Place place = view_.place_on_root(sitting_.main_window());
         const xcb_window_t cover = xcb_generate_id(connection);
@@ -130,17 +143,25 @@ private:
         check_picture("whole after being minimised", before);
     }
 
-    // As a program that arranges windows does; the window manager carries it out.
+    // As a program that arranges windows does, and as a pager does.
     void move_to(int x, int y) {
+        const XWindow window = sitting_.main_window();
         const std::uint32_t place[] = {static_cast<std::uint32_t>(x),
                                        static_cast<std::uint32_t>(y)};
-        xcb_configure_window(view_.connection(), sitting_.main_window(),
-                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, place);
+        xcb_configure_window(view_.connection(), window, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y,
+                             place);
         xcb_flush(view_.connection());
+        if (!stands_off(x < 0)) {
+            constexpr std::uint32_t with_x_and_y = 3U << 8U;
+            constexpr std::uint32_t static_gravity = 10;
+            view_.ask_manager(
+                window, "_NET_MOVERESIZE_WINDOW",
+                {static_gravity | with_x_and_y | from_a_pager << 12U, place[0], place[1], 0, 0});
+        }
     }
 
-    // By the title bar, as a person does; then by the request alone where the frame is not the X
-    // server's.
+    // By the title bar, as a person does; without one, or where it is not the X server's, other
+    // ways remain.
     void drag(int distance) {
         const Place place = view_.place_on_root(sitting_.main_window());
         const int x = place.x + place.width * 3 / 4;
@@ -221,7 +242,7 @@ private:
               "it demands attention");
         check("browser above", wait_until([&] { return browser_is_above(); }, patience),
               "the main window covers it");
-        const Picture whole = sitting_.picture_of(browser);
+        const Picture whole = still_picture_of(browser);
         view_.ask_manager(sitting_.main_window(), "_NET_ACTIVE_WINDOW", {from_a_pager});
         (void)wait_until([&] { return view_.input_focus() == sitting_.main_window(); },
                          std::chrono::milliseconds{1000});
@@ -257,6 +278,9 @@ Finding visit_and_close(Sitting& sitting) {
     sitting.reach_main_window_from_splash();
     sitting.reach_password_screen_from_main_window();
     sitting.view().ask_manager(sitting.main_window(), "_NET_CLOSE_WINDOW", {0, from_a_pager});
+    if (!sitting.installer().wait_for_end(patience)) {
+        sitting.view().ask_to_close(sitting.main_window()); // as a desktop's own keys do
+    }
     const support::ChildEnd end = sitting.finish();
     const bool well = end.exit_status == 0 && end_to_end::installer_files_in_tmp().empty();
     return {"closed by its frame", well ? "" : "it did not end clean"};

@@ -13,11 +13,13 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -31,12 +33,29 @@ support::Account account_of(const char* name, const char* password) {
     return {name, password, entry->pw_dir, entry->pw_uid, entry->pw_gid};
 }
 
+// Once two looks in a row are the same: desktops let windows fade in.
 void keep_picture(end_to_end::Sitting& sitting, const std::string& file) {
+    support::Picture last;
+    const auto quiet = [&] {
+        support::Picture now = sitting.picture_of(sitting.view().root());
+        const bool same = count_differences(last, now) == 0;
+        last = std::move(now);
+        return same;
+    };
+    constexpr std::chrono::milliseconds between_looks{500};
+    for (int looks = 0; looks < 8 && !quiet(); ++looks) {
+        std::this_thread::sleep_for(between_looks);
+    }
     if (const char* look = std::getenv("ZEPH_LOOK")) {
         (void)!std::system((std::string(look) + " " + file).c_str());
-        return;
+    } else if (last.width > 0) {
+        save_png(last, file);
+    } else { // an X server inside another desktop has windows only
+        const support::XWindow browser = sitting.browser_window();
+        save_png(
+            sitting.picture_of(sitting.view().viewable(browser) ? browser : sitting.main_window()),
+            file);
     }
-    save_png(sitting.picture_of(sitting.view().root()), file);
 }
 
 // Keyboard and input method of the session go along.
@@ -61,9 +80,10 @@ int run(char** arguments) {
         support::run_as(account, {installer}, session_environment());
     const char* display = std::getenv("DISPLAY");
     const end_to_end::SittingOptions options{
-        .running_desktop = display == nullptr ? ":0" : display, .pictures = folder, .locked = [] {
-            return files::exists("/tmp/zeph-installer-lock");
-        }};
+        .manager = support::WindowManagerKind::none, // nothing is known of it
+        .running_desktop = display == nullptr ? ":0" : display,
+        .pictures = folder,
+        .locked = [] { return files::exists("/tmp/zeph-installer-lock"); }};
     desktops::VisitOptions visit;
     visit.can_minimise = std::getenv("ZEPH_NO_MINIMISE") == nullptr;
     visit.keeps_owned_above = std::getenv("ZEPH_OWNER_ABOVE") == nullptr;

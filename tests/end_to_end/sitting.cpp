@@ -52,7 +52,7 @@ void Sitting::start_program(const support::ChildOptions& program) {
 }
 
 void Sitting::await_splash() {
-    splash_window_ = view_->wait_for_class("zeph-inst-splash");
+    splash_window_ = view_->wait_for_class("zeph-inst-splash", options_.patience);
     // White is the empty window; the picture has covered it when the corners are dark.
     wait_for("the splash picture", [this] {
         const Picture picture = picture_of(splash_window_);
