@@ -124,7 +124,7 @@ int play(const Words& words) {
     say("Trying it on a private screen");
     install(words, album);
     cancel(words, album);
-    hand_over(pictures, tree_name);
+    hand_over(pictures, ""); // the tree, too: whoever made it can remove it
     say("Pictures, console.txt and what was installed are in " + pictures);
     return 0;
 }

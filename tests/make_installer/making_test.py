@@ -5,6 +5,7 @@ import errno
 import io
 import os
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -280,6 +281,44 @@ class Surroundings(Making):
             thread.join()
         self.assertEqual(order, ["first", "second"])
         self.assertIn("Another run makes this product; waiting for it", said.getvalue())
+
+
+def processes_with(text):
+    """Command lines of processes that have the text in them."""
+    found = []
+    for name in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            with open(f"/proc/{name}/cmdline", "rb") as file:
+                line = file.read()
+        except OSError:
+            continue
+        if text.encode() in line:
+            found.append(line)
+    return found
+
+
+class Stopping(unittest.TestCase):
+    def test_a_build_that_is_stopped_leaves_no_process_and_nothing_to_hand_out(self):
+        for number in (signal.SIGINT, signal.SIGTERM):
+            with tempfile.TemporaryDirectory() as top:
+                command = [sys.executable, "-B", MAIN, "--build", top + "/build"]
+                command += ["--output", top + "/dist", os.path.dirname(BUNDLE)]
+                environment = dict(os.environ, CCACHE_DISABLE="1")
+                process = subprocess.Popen(
+                    command,
+                    env=environment,
+                    stdout=subprocess.PIPE,
+                    stderr=subprocess.PIPE,
+                    text=True,
+                )
+                while not process.stdout.readline().startswith("Building: "):
+                    self.assertIsNone(process.poll())
+                process.send_signal(number)
+                _, complained = process.communicate(timeout=20)
+                self.assertEqual(process.returncode, 130)
+                self.assertEqual(complained, "\nmake-installer: stopped\n")
+                self.assertEqual(processes_with(top), [])
+                self.assertFalse(os.path.exists(top + "/dist"))
 
 
 class Strange(unittest.TestCase):
