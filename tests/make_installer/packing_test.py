@@ -238,7 +238,10 @@ class Packing(Folder):
     def start(self, compression="gzip"):
         command = [sys.executable, "-B", "-c", PACK, tool_path.TOOL]
         command += [self.path("a.lv2"), self.archive, compression]
-        return subprocess.Popen(command, stdout=subprocess.PIPE, text=True)
+        process = subprocess.Popen(command, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)  # first: what does not stop would go on for ever
+        return process
 
     def test_a_large_plugin_takes_little_memory_and_says_how_far_it_is(self):
         self.put("a.lv2/zeros", b"")
