@@ -8,11 +8,12 @@ mkdir -p "$results/products" build/logs
 exec > >(tee "$results/report.txt") 2>&1
 
 plugin_packages=(cmt mda-lv2 zam-plugins)
-host_packages=(ladspa-sdk lilv-utils serdi qtractor xz-utils ccache)
+host_packages=(ladspa-sdk lilv-utils serdi qtractor ardour xz-utils ccache)
 ensure_packages "${build_packages[@]}" "${tour_packages[@]}" python3 binutils \
     "${plugin_packages[@]}" "${host_packages[@]}"
 export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
-scanner=$(find /usr/lib /usr/libexec -name qtractor_plugin_scan -type f | head -n 1)
+clap_scanner=$(find /usr/lib /usr/libexec -name qtractor_plugin_scan -type f | head -n 1)
+vst3_scanner=$(find /usr/lib -name ardour-vst3-scanner -type f | head -n 1)
 failed=0
 table=()
 
@@ -29,27 +30,30 @@ product() {
         -e "s|^compression = .*|compression = \"$4\"|" "$folder/product.toml"
 }
 
-# scan TYPE FILE...: what a sequencer's own scanner finds when it loads the file.
-scan() {
-    local type=$1 file
-    shift
-    for file in "$@"; do
-        printf '%s:%s\n' "$type" "$file" | QT_QPA_PLATFORM=offscreen timeout 60 "$scanner" 2> /dev/null |
-            grep "^$type|" | cut -d '|' -f 2
-    done
+# What a sequencer's own scanner finds when it loads the file or bundle.
+scan_clap() {
+    echo "CLAP:$1" | QT_QPA_PLATFORM=offscreen timeout 60 "$clap_scanner" 2> /dev/null |
+        grep '^CLAP|' | cut -d '|' -f 2
+}
+scan_vst3() {
+    LD_LIBRARY_PATH=${vst3_scanner%/*} timeout 60 "$vst3_scanner" -f -v "$1" 2>&1 |
+        sed -n 's/.*Found Plugin: //p'
 }
 
 # hosts KIND PATH: names that hosts find in what was installed; fails when there are none.
 hosts() {
-    local found
+    local found each
     case $1 in
     ladspa) found=$(analyseplugin -l "$2") ;;
     lv2) found=$(LV2_PATH=$(dirname "$2") lv2ls -n) ;;
-    vst3) found=$(scan VST3 "$2"/Contents/*-linux/*.so) ;;
-    clap) found=$(scan CLAP "$2") ;;
+    vst3) found=$(scan_vst3 "$2") ;;
+    clap) found=$(scan_clap "$2") ;;
     suite)
-        found=$(scan VST3 "$2"/vst3/*.vst3/Contents/*-linux/*.so)
-        found+=$'\n'$(LV2_PATH=$2/lv2 lv2ls -n)
+        found=$(
+            for each in "$2"/vst3/*.vst3; do scan_vst3 "$each"; done
+            for each in "$2"/clap/*.clap; do scan_clap "$each"; done
+            LV2_PATH=$2/lv2 lv2ls -n
+        )
         ;;
     esac
     echo "$found" | sed '/^$/d'
@@ -98,5 +102,8 @@ try suite "$suite" /usr/lib/vst3 xz || failed=1
 rm -rf "$results/dist"
 
 echo
-printf '%s\n' "${table[@]}" | column -t -s '|'
+for line in "${table[@]}"; do
+    IFS='|' read -r kind plugin tree found seconds <<< "$line"
+    printf '%-8s %-18s %-12s %-26s %s\n' "$kind" "$plugin" "$tree" "$found" "$seconds"
+done
 exit "$failed"

@@ -94,23 +94,26 @@ def about_depth(facts, top):
         yield "plugin", f"{wrong}; name the library itself as the plug-in"
 
 
+def about_bundle(bundle):
+    """What is wrong with an LV2 bundle and the mend, or None."""
+    name = f"{visible(bundle.name)}/manifest.ttl"
+    if bundle.broken:
+        return f"{name}: {visible(bundle.broken)}; mend it as Turtle"
+    if bundle.absent:
+        wrong = f"{name} names what is not there: {several(bundle.absent)}"
+        return f"{wrong}; put it there or take it out of the manifest"
+    if bundle.seen == []:
+        wrong = f"{visible(bundle.name)}: LV2 hosts find no plug-in in it"
+        return f"{wrong}; see what lv2ls and lv2info say of it"
+    return None
+
+
 def about_manifests(facts):
     for tool, package in facts.missing_tools:
         wrong = f"the LV2 bundle was not looked at by {tool}, which is not here"
         yield "plugin", f"{wrong}; install the package {package}"
-    for bundle in some_of(facts.bundles, 10):
-        if isinstance(bundle, str):
-            yield "plugin", f"bundles: {bundle}; look at their manifests"
-            continue
-        name = f"{visible(bundle.name)}/manifest.ttl"
-        if bundle.broken:
-            yield "plugin", f"{name}: {visible(bundle.broken)}; mend it as Turtle"
-        if bundle.absent:
-            wrong = f"{name} names what is not there: {several(bundle.absent)}"
-            yield "plugin", f"{wrong}; put it there or take it out of the manifest"
-        elif not bundle.broken and bundle.seen == []:
-            wrong = f"{visible(bundle.name)}: LV2 hosts find no plug-in in it"
-            yield "plugin", f"{wrong}; see what lv2ls and lv2info say of it"
+    for said in filter(None, map(about_bundle, facts.bundles)):
+        yield "plugin", said
 
 
 def runs(path):
