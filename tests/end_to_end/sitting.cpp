@@ -104,7 +104,7 @@ void Sitting::reach_unpacking() {
 }
 
 void Sitting::reach_folder_browser() {
-    browser_window_ = view_->wait_for_title(options_.browser_title);
+    browser_window_ = view_->wait_for_title(options_.browser_title, options_.patience);
     // The listing is drawn last: its first row is the folder itself.
     wait_for("the listing", [this] {
         const Picture picture = picture_of(browser_window_);
