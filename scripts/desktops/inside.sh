@@ -54,7 +54,7 @@ x_desktop() {
     screen
     as_person dbus-run-session -- "$@" &
     until_true 60 manager_runs || return 1
-    sleep 3 # a shell puts up its panels
+    sleep 5 # it announces itself before it manages windows, and a shell puts up its panels
 }
 
 # A compositor of Wayland, which brings an X server for programs of X along.
@@ -78,7 +78,7 @@ x_server() {
     export DISPLAY=:8
     until_true 30 display_answers || return 1
     as_person openbox --sm-disable &
-    until_true 20 manager_runs
+    until_true 20 manager_runs && sleep 5 # it announces itself before it manages windows
 }
 
 # A program of its own in the session: GNOME begins with an overview of all windows, in which none has
@@ -237,7 +237,7 @@ input() {
         sleep 1
         ;;
     esac
-    xdotool key KP_Enter
+    xdotool key Return
     until_true 15 grep -q 'Password OK' "$output"
 }
 
