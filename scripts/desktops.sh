@@ -14,9 +14,9 @@ cd "$(dirname "$0")/.." || exit 2
 . scripts/root_file_system.sh
 
 desktops=(none xfwm4 icewm fluxbox i3 openbox marco metacity muffin mutter-x11 gnome-x11 kwin_x11
-    mutter-wayland gnome-wayland kwin_wayland sway fvwm3 twm xvnc xephyr xorg)
+    mutter-wayland gnome-wayland kwin_wayland sway fvwm3 xvnc xephyr xorg)
 packages=(xfwm4 icewm fluxbox i3-wm openbox marco mate-settings-daemon-common metacity muffin
-    cinnamon-settings-daemon mutter gnome-shell kwin-x11 kwin-wayland sway fvwm3 twm
+    cinnamon-settings-daemon mutter gnome-shell kwin-x11 kwin-wayland sway fvwm3
     xwayland xvfb tigervnc-standalone-server xserver-xephyr xserver-xorg-core xserver-xorg-video-dummy
     ibus fcitx5 xclip xsel python3-gi gir1.2-gtk-3.0
     dbus dbus-x11 x11-utils x11-xserver-utils x11-xkb-utils xdotool grim procps sudo passwd locales
@@ -41,10 +41,21 @@ inside() {
         --fetch /srv/results "$folder" -- bash /srv/inside.sh "$@" 2> /dev/null | tail -n 1
 }
 
+# What a visit comes to where a desktop has ways of its own, which the README tells.
+wanted_of() {
+    case $1 in
+    sway | mutter-wayland | gnome-wayland) echo 'moved half off: *' ;;
+    fvwm3) echo 'splash in the middle: *' ;;
+    *) echo well ;;
+    esac
+}
+
+# say NAME LINE PATTERN: tells the line, and counts one that is not as wanted.
 say() {
     local name=$1 line=$2 wanted=$3
     printf '%-34s %s\n' "$name" "${line:-nothing}" | tee -a "$results/lines.txt"
-    [ "$line" = "$wanted" ] || amiss=1
+    # shellcheck disable=SC2053 # a pattern
+    [[ $line == $wanted ]] || amiss=1
 }
 
 # Passwords go to a product that takes its input in today's ways.
@@ -67,7 +78,7 @@ for name in "$@"; do
     if [ "$name" = inputs ]; then
         inputs
     else
-        say "$name" "$(inside "$results/$name" "$installer" "$name")" well
+        say "$name" "$(inside "$results/$name" "$installer" "$name")" "$(wanted_of "$name")"
     fi
 done
 exit "$amiss"

@@ -134,7 +134,6 @@ start_desktop() {
     i3) mkdir -p /home/musician/.config/i3 && echo "font fixed" > /home/musician/.config/i3/config &&
         x_desktop i3 ;;
     icewm | fluxbox | openbox | marco | muffin | metacity | fvwm3) x_desktop "$1" ;;
-    twm) screen && { as_person twm & } && sleep 3 ;;
     mutter-wayland) wayland_desktop mutter --wayland --headless --virtual-monitor 1400x1000 ;;
     gnome-wayland) gnome && wayland_desktop gnome --headless --virtual-monitor 1400x1000 && sleep 5 ;;
     kwin_wayland)
@@ -223,11 +222,8 @@ input() {
     runuser -u "$account" -- env -i HOME="/home/$account" USER="$account" LOGNAME="$account" \
         PATH=/usr/bin:/bin LC_ALL="$LC_ALL" DISPLAY="$DISPLAY" XMODIFIERS="$XMODIFIERS" ORXDPI=96 \
         "/home/$account/installer" > "$output" 2>&1 &
-    until_true 20 xdotool search --onlyvisible --class zeph-inst-splash || return 1
-    sleep 1
-    xdotool mousemove 700 500 click 1
-    until_true 20 test -e /tmp/zeph-installer-lock || return 1
-    sleep 1
+    until_true 60 test -e /tmp/zeph-installer-lock || return 1 # the splash goes by itself
+    sleep 2
     case $way in
     *dead-keys) keys dead_acute e dead_circumflex a x ;;
     *compose) keys Multi_key s s Multi_key equal c Multi_key asciicircum a Multi_key apostrophe e x ;;
@@ -238,7 +234,7 @@ input() {
         ;;
     esac
     xdotool key Return
-    until_true 15 grep -q 'Password OK' "$output"
+    until_true 20 grep -q 'Password OK' "$output"
 }
 
 if [ "$1" = input ]; then
