@@ -120,6 +120,6 @@ setpriv --reuid musician --regid musician --init-groups env -i HOME=/home/musici
 say "status $?"
 touch /tmp/over
 wait
-files=$(find /home/musician/vst /usr/lib/lv2 -name '*.so' -printf '%u %s %f ')
+files=$(find /home/musician/vst /usr/lib/lv2 /usr/local/lib -name '*.so' -printf '%u %s %f ')
 say "file ${files:-none}"
 say "left in /tmp: $(find /tmp -maxdepth 1 -name 'zeph*' -printf '%f ')"
