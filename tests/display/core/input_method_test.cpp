@@ -16,6 +16,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -36,16 +37,24 @@ struct Environment {
         unsetenv("LC_ALL");
         unsetenv("LOCPATH");
     }
-    static std::string locales() {
-        static const std::string folder = [] {
-            const std::string made = testing::TempDir() + "locales-" + std::to_string(getpid());
-            std::filesystem::create_directories(made);
+    // Made once, and gone with the program.
+    struct Locales {
+        Locales() {
+            std::filesystem::create_directories(folder);
             support::ChildProcess localedef({.command = {"localedef", "-i", "en_US", "-f", "UTF-8",
-                                                         "--no-archive", made + "/en_US.UTF-8"}});
-            (void)localedef.wait_for_end();
-            return made;
-        }();
-        return folder;
+                                                         "--no-archive", folder + "/en_US.UTF-8"}});
+            // Half a minute on a machine whose tests all make one at once.
+            const auto end = localedef.wait_for_end(std::chrono::minutes(2));
+            EXPECT_TRUE(end && end->exit_status == 0) << localedef.error_output();
+        }
+        ~Locales() { std::filesystem::remove_all(folder); }
+        Locales(const Locales&) = delete;
+        Locales& operator=(const Locales&) = delete;
+        const std::string folder = testing::TempDir() + "locales-" + std::to_string(getpid());
+    };
+    static std::string locales() {
+        static const Locales made;
+        return made.folder;
     }
     Environment(const Environment&) = delete;
     Environment& operator=(const Environment&) = delete;
