@@ -15,6 +15,8 @@ constexpr unsigned long more_than_the_buffer = 20'000;
 // What freed memory is filled with, but for small pieces and the last word of large ones. Such a
 // piece is handed out again to whoever asks for as much.
 constexpr int pattern = 0xA5;
+// A busy server may send an answer in parts, and the buffer is then not filled at once.
+constexpr int several_times = 3;
 
 PropertyText read_property(Display* display, Window window, Atom property, Atom wanted) {
     Atom type = 0;
@@ -48,10 +50,12 @@ void read_blanks(Display* display, Window window, Atom property, unsigned long s
 // may hold events before the answer.
 void overwrite_answer(Display* display, Window window, unsigned long size) {
     const Atom property = XInternAtom(display, "_ORX_BLANKS", False);
-    if (size < more_than_the_buffer) {
-        read_blanks(display, window, property, size);
+    for (int time = 0; time < several_times; ++time) {
+        if (size < more_than_the_buffer) {
+            read_blanks(display, window, property, size);
+        }
+        read_blanks(display, window, property, more_than_the_buffer);
     }
-    read_blanks(display, window, property, more_than_the_buffer);
     XDeleteProperty(display, window, property);
 }
 
