@@ -81,7 +81,7 @@ bool show_window(FolderDialog* dialog) {
     folder_dialog_paint(dialog);
     window_map(dialog->engine, dialog->window);
     folder_dialog_show_region(dialog, 0, 0, dialog->device_width, dialog->device_height);
-    folder_dialog_refresh(dialog);
+    folder_dialog_read(dialog, nullptr);
     return !window_is_gone(dialog->engine, dialog->window);
 }
 
@@ -121,6 +121,8 @@ void folder_dialog_init(FolderDialog* dialog, UiEngine* engine, TextRenderer* te
     push_button_set_label(&dialog->cancel_button, "CANCEL");
     dialog->icon = nullptr;
     dialog->owner = no_window;
+    dialog->reading = nullptr;
+    dialog->entering = false;
     folder_list_image_invalidate(dialog);
     go_home();
 }
@@ -175,6 +177,8 @@ FolderDialogEnding folder_dialog_detach(FolderDialog* dialog) {
     FolderDialogEnding ending;
     ending.window = dialog->window;
     ending.user = dialog->user;
+    folder_reading_abandon(dialog->reading);
+    dialog->reading = nullptr;
     folder_list_image_free(dialog);
     orx_image_free(dialog->engine, dialog->window_image);
     dialog->window_image = nullptr;

@@ -3,7 +3,9 @@
 // A window of fixed size with a title, the path of the folder being shown, its entries, a scroll
 // bar, OK and CANCEL. A click on a folder makes it the process's working directory and shows it;
 // OK gives the path of the folder being shown, whatever was clicked. Where the person went stays
-// the working directory.
+// the working directory. While a folder is read that takes its time, what was shown before stays;
+// the list and, on the way into another folder, OK are deaf, and CANCEL and closing work as ever.
+// It is shown by the window's tick, so let window ticks run.
 //
 // Threads. The dialog has a mutex of its own. Every function here takes it, and so do the handlers
 // that run on the event thread, so one thread may open the dialog while the other works. It is
@@ -14,7 +16,7 @@
 // Fields are design pixels unless they say so.
 #pragma once
 
-#include "gui/ORX/widgets/folder_listing.h"
+#include "gui/ORX/widgets/folder_reading.h"
 #include "gui/ORX/widgets/push_button.h"
 #include "gui/ORX/widgets/scroll_bar.h"
 #include "gui/ORX/widgets/scroll_view.h"
@@ -66,6 +68,8 @@ struct FolderDialog {
     PushButton cancel_button;
     const unsigned char* icon; // not owned, null = none
     WindowId owner;            // the window that the dialog belongs to, no_window = none
+    FolderReading* reading;    // under way, owned; null = none
+    bool entering;             // it reads another folder than the one that is shown
     bool list_band_drawn[folder_list_band_count];
     std::mutex mutex;
 };

@@ -91,17 +91,6 @@ void press_scroll_bar(FolderDialog* dialog, std::int32_t x, std::int32_t y) {
     }
 }
 
-void enter_folder(FolderDialog* dialog, const char* name) {
-    // A folder that has gone, or is closed to the person, leaves the working directory where it is;
-    // listing it afresh shows what is there now.
-    [[maybe_unused]] const int result = chdir(name);
-    folder_dialog_reset_view(dialog);
-    folder_dialog_refresh(dialog);
-    folder_dialog_paint_path(dialog);
-    std::free(dialog->chosen_path);
-    dialog->chosen_path = nullptr;
-}
-
 void clear_selection(FolderDialog* dialog) {
     if (folder_listing_clear_selection(dialog->entries)) {
         folder_list_image_invalidate(dialog);
@@ -123,7 +112,7 @@ const DirEntry* entry_at(FolderDialog* dialog, std::int32_t x, std::int32_t y) {
 }
 
 void press_list(FolderDialog* dialog, std::int32_t x, std::int32_t y) {
-    if (!scroll_view_hit(&dialog->scroll_view, x, y)) {
+    if (dialog->reading != nullptr || !scroll_view_hit(&dialog->scroll_view, x, y)) {
         return;
     }
     scroll_view_set_active(&dialog->scroll_view, true);
@@ -131,7 +120,7 @@ void press_list(FolderDialog* dialog, std::int32_t x, std::int32_t y) {
     if (entry == nullptr) {
         clear_selection(dialog);
     } else if (folder_entry_is_directory(entry)) {
-        enter_folder(dialog, entry->name);
+        folder_dialog_read(dialog, entry->name);
     }
     scroll_view_show(&dialog->scroll_view, dialog->window);
 }
@@ -171,9 +160,13 @@ bool end_with(FolderDialog* dialog, char* path, FolderDialogEnding* ending) {
 FolderDialogEnding accept(FolderDialog* dialog) {
     push_button_set_highlighted(&dialog->ok_button, false);
     FolderDialogEnding ending;
-    if (!end_with(dialog, folder_dialog_working_directory(), &ending)) {
+    // On the way into another folder nobody knows yet which one is the working directory.
+    const bool known = dialog->reading == nullptr || !dialog->entering;
+    if (!known || !end_with(dialog, folder_dialog_working_directory(), &ending)) {
         folder_dialog_repaint_button(dialog, &dialog->ok_button);
-        folder_dialog_paint_path(dialog);
+        if (known) {
+            folder_dialog_paint_path(dialog);
+        }
     }
     return ending;
 }
@@ -288,6 +281,13 @@ void on_close(std::int32_t /*outer_x*/, std::int32_t /*outer_y*/, WindowId id, v
     folder_dialog_finish(dialog, ending);
 }
 
+bool on_tick(void* user_data) {
+    auto* dialog = static_cast<FolderDialog*>(user_data);
+    const std::lock_guard<std::mutex> lock(dialog->mutex);
+    folder_dialog_show_read(dialog);
+    return true;
+}
+
 } // namespace
 
 void folder_dialog_register_handlers(FolderDialog* dialog) {
@@ -299,4 +299,5 @@ void folder_dialog_register_handlers(FolderDialog* dialog) {
     window_set_on_paint(engine, id, on_paint);
     window_set_on_close(engine, id, on_close);
     window_set_on_double_click(engine, id, on_double_click);
+    window_set_on_tick(engine, id, on_tick);
 }

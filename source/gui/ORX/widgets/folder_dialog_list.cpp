@@ -9,8 +9,11 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
+
 namespace {
 
+constexpr std::int32_t unnoticed_milliseconds = 200;
 constexpr std::int32_t view_left = 18; // design pixels
 constexpr std::int32_t view_top = 82;
 constexpr std::int32_t view_right = 614;
@@ -20,15 +23,53 @@ std::int32_t measure_name(const void* context, const char* name) {
     return text_width(static_cast<const TextRenderer*>(context), name);
 }
 
-void list_working_directory(FolderDialog* dialog) {
+// Takes what was read; an empty list when nothing could be read.
+void take_listing(FolderDialog* dialog) {
     folder_list_image_free(dialog);
-    if (!folder_listing_read(dialog->entries, "./", &dialog->visible_count)) {
+    if (dialog->reading == nullptr) {
+        folder_listing_clear(dialog->entries);
+        dialog->visible_count = 0;
         return;
     }
-    folder_listing_sort(dialog->entries);
+    FolderReading* reading = dialog->reading;
+    dialog->reading = nullptr;
+    if (!folder_reading_take(reading, dialog->entries, &dialog->visible_count)) {
+        return;
+    }
     folder_listing_place(dialog->entries, measure_name, dialog->text);
     folder_list_image_make(dialog);
     folder_list_image_draw(dialog, 0, dialog->scroll_view.view_height);
+}
+
+void show_listing(FolderDialog* dialog) {
+    ScrollView* view = &dialog->scroll_view;
+    take_listing(dialog);
+    scroll_view_set_pixmap(view, dialog->list_pixmap);
+    scroll_view_set_content_height(view, dialog->list_device_height);
+    scroll_bar_set_percent(&dialog->scroll_bar,
+                           folder_list_thumb_percent(dialog->list_device_height, dialog->scale));
+    scroll_bar_set_position(&dialog->scroll_bar, 0.0F);
+    folder_dialog_repaint_scroll_bar(dialog);
+    if (dialog->list_pixmap == 0) {
+        // Nothing to show: what was shown before must not stay, since it is another folder's.
+        orx_window_request_redraw(dialog->engine, dialog->window, view->x, view->y,
+                                  view->view_width, view->view_height);
+    }
+    scroll_view_show(view, dialog->window);
+}
+
+void show_read(FolderDialog* dialog) {
+    if (dialog->entering) {
+        folder_dialog_reset_view(dialog);
+    }
+    show_listing(dialog);
+    if (dialog->entering) {
+        folder_dialog_paint_path(dialog);
+        std::free(dialog->chosen_path);
+        dialog->chosen_path = nullptr;
+        dialog->entering = false;
+    }
+    orx_window_set_busy_cursor(dialog->engine, dialog->window, false);
 }
 
 } // namespace
@@ -51,21 +92,19 @@ void folder_dialog_reset_view(FolderDialog* dialog) {
     view->vertical_fraction = 0.0F;
 }
 
-void folder_dialog_refresh(FolderDialog* dialog) {
-    ScrollView* view = &dialog->scroll_view;
+void folder_dialog_read(FolderDialog* dialog, const char* folder) {
     orx_window_set_busy_cursor(dialog->engine, dialog->window, true);
-    list_working_directory(dialog);
-    scroll_view_set_pixmap(view, dialog->list_pixmap);
-    scroll_view_set_content_height(view, dialog->list_device_height);
-    scroll_bar_set_percent(&dialog->scroll_bar,
-                           folder_list_thumb_percent(dialog->list_device_height, dialog->scale));
-    scroll_bar_set_position(&dialog->scroll_bar, 0.0F);
-    folder_dialog_repaint_scroll_bar(dialog);
-    if (dialog->list_pixmap == 0) {
-        // Nothing to show: what was shown before must not stay, since it is another folder's.
-        orx_window_request_redraw(dialog->engine, dialog->window, view->x, view->y,
-                                  view->view_width, view->view_height);
+    folder_reading_abandon(dialog->reading);
+    dialog->reading = folder_reading_start(folder);
+    dialog->entering = folder != nullptr;
+    if (dialog->reading == nullptr ||
+        folder_reading_is_done(dialog->reading, unnoticed_milliseconds)) {
+        show_read(dialog);
     }
-    scroll_view_show(view, dialog->window);
-    orx_window_set_busy_cursor(dialog->engine, dialog->window, false);
+}
+
+void folder_dialog_show_read(FolderDialog* dialog) {
+    if (dialog->reading != nullptr && folder_reading_is_done(dialog->reading, 0)) {
+        show_read(dialog);
+    }
 }

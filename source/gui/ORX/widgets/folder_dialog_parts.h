@@ -42,8 +42,11 @@ void folder_dialog_show_region(FolderDialog* dialog, std::int32_t left, std::int
 // Puts the view over the list's frame, at the top of a list that is no longer than the view.
 void folder_dialog_reset_view(FolderDialog* dialog);
 
-// Reads the working directory and shows it from its top.
-void folder_dialog_refresh(FolderDialog* dialog);
+// Makes `folder` the working directory if it is not null and can be entered, reads the working
+// directory and shows it from its top: at once, or, where that takes longer than nobody notices,
+// once folder_dialog_show_read finds it read. Meanwhile dialog->reading is set.
+void folder_dialog_read(FolderDialog* dialog, const char* folder);
+void folder_dialog_show_read(FolderDialog* dialog);
 
 // Registers the handlers of the dialog's window. No lock needed.
 void folder_dialog_register_handlers(FolderDialog* dialog);

@@ -62,6 +62,16 @@ void make_keys(const DirEntry* table, std::int32_t count, SortedRow* rows, unsig
     }
 }
 
+// The folder itself tells what most entries are. Only the others are asked, since one that lies on
+// a mount whose server has gone would never answer.
+mode_t mode_of(int folder, const dirent& found, mode_t mode_before) {
+    if (found.d_type != DT_LNK && found.d_type != DT_UNKNOWN) {
+        return DTTOIF(found.d_type);
+    }
+    struct stat status {};
+    return fstatat(folder, found.d_name, &status, 0) == 0 ? status.st_mode : mode_before;
+}
+
 bool is_shown(const DirEntry& entry) {
     return entry.hidden == 0;
 }
@@ -83,7 +93,7 @@ bool folder_listing_read(DirEntry* table, const char* path, std::int32_t* visibl
         return false;
     }
     const int descriptor = dirfd(folder);
-    struct stat status {};
+    mode_t mode = 0;
     std::int32_t row = 0;
     while (row < folder_listing_capacity) {
         const dirent* found = readdir(folder);
@@ -96,9 +106,8 @@ bool folder_listing_read(DirEntry* table, const char* path, std::int32_t* visibl
             break;
         }
         ++row;
-        // Not checked: an entry that cannot be queried keeps the mode of the one before it.
-        (void)fstatat(descriptor, found->d_name, &status, 0);
-        entry.mode = status.st_mode;
+        mode = mode_of(descriptor, *found, mode);
+        entry.mode = mode;
         entry.hidden = folder_entry_is_hidden(entry.name, entry.mode) ? 1 : 0;
         *visible += is_shown(entry) ? 1 : 0;
     }

@@ -12,7 +12,7 @@ inline constexpr std::int32_t folder_row_height = 16;
 inline constexpr std::int32_t folder_name_x = 32; // left edge of every name
 
 struct DirEntry {
-    std::uint32_t mode; // st_mode
+    std::uint32_t mode; // st_mode; its kind is all that is sure to be known
     char* name;         // owned; null ends the table
     std::uint8_t hidden;
     std::uint8_t selected;
@@ -25,9 +25,9 @@ struct DirEntry {
 void folder_listing_clear(DirEntry* table);
 
 // Clears the table and reads a folder into it, in the order of the file system; entries past the
-// 4,096th are dropped. Links are followed; an entry whose status cannot be had keeps the mode of
-// the one before it. *visible becomes the number of entries that are not hidden. false, with an
-// empty table and 0, when the folder cannot be opened.
+// 4,096th are dropped. Links are followed; an entry that does not tell its kind, and whose status
+// cannot be had, keeps the mode of the one before it. *visible becomes the number of entries that
+// are not hidden. false, with an empty table and 0, when the folder cannot be opened.
 [[nodiscard]] bool folder_listing_read(DirEntry* table, const char* path, std::int32_t* visible);
 
 // Whether an entry is left out: a name of a dot and anything but another dot, that is no folder.
