@@ -28,11 +28,13 @@ std::int32_t measure_tick() {
 void wait_seconds(std::int32_t seconds) {
     const std::int32_t rounds = (seconds * 1000) / installer.tick_ms;
     for (std::int32_t i = 0; i < rounds && installer.cancel_requested == 0; ++i) {
+        installer.steps += 1;
         usleep(1000);
     }
 }
 
 void sleep_milliseconds(std::int32_t milliseconds) {
+    installer.steps += 1;
     timespec rest{milliseconds / 1000, (milliseconds % 1000) * 1000000L};
     while (nanosleep(&rest, &rest) != 0 && errno == EINTR) {
     }

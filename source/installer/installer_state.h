@@ -42,13 +42,15 @@ struct InstallerState {
     std::int32_t auth_method = 0;   // AuthMethod
     std::atomic<std::int32_t> cancel_requested{0};
     std::atomic<bool> lost_display_reported{false};
-    std::recursive_mutex work_lock;             // see sudden_end.h
-    std::int32_t another_instance = 0;          // 1 = the lock file is somebody else's and stays
-    std::atomic<char*> install_folder{nullptr}; // owned; null = none chosen
-    const char* failure_reason = nullptr;       // for the last screen; null = none is known
-    char* password = nullptr;                   // owned, for secret_free
-    UiEngine* engine = nullptr;                 // owned
-    TextRenderer* text = nullptr;               // owned
+    std::recursive_mutex work_lock;                // see sudden_end.h
+    std::atomic<std::uint32_t> steps{0};           // how often the main thread has come on
+    std::atomic<bool> farewell_said{false};        // nothing is left to be done
+    std::atomic<std::int32_t> another_instance{0}; // 1 = the lock file is somebody else's and stays
+    std::atomic<char*> install_folder{nullptr};    // owned; null = none chosen
+    const char* failure_reason = nullptr;          // for the last screen; null = none is known
+    char* password = nullptr;                      // owned, for secret_free
+    UiEngine* engine = nullptr;                    // owned
+    TextRenderer* text = nullptr;                  // owned
     pthread_t gui_thread{};
     int gui_thread_result = 0;
     struct sigaction saved_sigterm {};

@@ -63,5 +63,9 @@ std::int32_t check_lock_file() {
 
 void remove_lock_file() {
     const WorkLock lock(installer.work_lock);
+    unlink_lock_file();
+}
+
+void unlink_lock_file() {
     unlink(lock_file_path);
 }

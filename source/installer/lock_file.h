@@ -11,5 +11,7 @@ inline constexpr const char* lock_file_path = "/tmp/zeph-installer-lock";
 // the lock file is written, or could not be made.
 [[nodiscard]] std::int32_t check_lock_file();
 
-// Removes the lock file. Errors are ignored.
+// Removes the lock file. Errors are ignored. The second without work_lock, for an end that cannot
+// wait for it.
 void remove_lock_file();
+void unlink_lock_file();

@@ -5,6 +5,7 @@
 #include "gui/ORX/core/input_method.h"
 #include "gui/ORX/text/text_renderer.h"
 #include "installer/console_log.h"
+#include "installer/hang_watch.h"
 #include "installer/installer_flow.h"
 #include "installer/installer_state.h"
 #include "installer/lock_file.h"
@@ -137,7 +138,9 @@ void tear_down() {
     if (installer.engine != nullptr) {
         event_loop_stop(installer.engine);
         pthread_join(installer.gui_thread, nullptr);
+        installer.steps += 1;
         main_window_destroy();
+        installer.steps += 1;
         destroy_engine();
     }
     forget_password();
@@ -150,6 +153,11 @@ void tear_down() {
 
 } // namespace
 
+// Without memory for the engine there was nobody to run the event loop, as without a thread for it.
+int exit_status(bool had_engine) {
+    return had_engine ? 0 : -1;
+}
+
 int main() {
     open_closed_streams();
     ignore_failed_writes();
@@ -160,9 +168,12 @@ int main() {
     choose_auth_method();
     install_signal_handlers();
     create_engine();
+    take_signals_here(false);
     start_gui_thread();
+    start_hang_watch();
+    const bool had_engine = installer.engine != nullptr;
     run_installer_flow();
     tear_down();
     say_farewell();
-    std::exit(0);
+    std::exit(exit_status(had_engine));
 }

@@ -175,11 +175,14 @@ bool on_tick(void* /*user_data*/) {
 
 void on_folder_chosen(const char* path, void* /*user_data*/) {
     installer.install_folder = strdup(path);
-    if (installer.install_folder == nullptr) {
+    char* visible = visible_copy(path);
+    if (installer.install_folder == nullptr || visible == nullptr) {
+        std::free(visible);
         installer.folder_cancelled = 1; // rather than into a folder that nobody chose
         return;
     }
-    log_print("** INFO ** %s: Installing to - %s\n", installer.title, path);
+    log_print("** INFO ** %s: Installing to - %s\n", installer.title, visible);
+    std::free(visible);
     installer.folder_chosen = 1;
 }
 

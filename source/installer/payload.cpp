@@ -168,10 +168,14 @@ std::int32_t copy_files() {
 
 std::int32_t remove_temporary_files() {
     const WorkLock lock(installer.work_lock);
+    unlink_temporary_files();
+    return 0;
+}
+
+void unlink_temporary_files() {
     unlink(archive_path);
     if (product.install_desktop_files == 1) {
         unlink(icon_path);
         unlink(entry_path);
     }
-    return 0;
 }

@@ -21,5 +21,7 @@ void offer_default_folder();
 // then as it was, and installer.failure_reason says why.
 [[nodiscard]] std::int32_t copy_files();
 
-// Unlinks the temporary files. Always 0; errors are ignored.
+// Unlinks the temporary files. Always 0; errors are ignored. The second without work_lock, for an
+// end that cannot wait for it.
 std::int32_t remove_temporary_files();
+void unlink_temporary_files();

@@ -1,10 +1,12 @@
 // signals.cpp: the handlers and what they write.
 #include "installer/signals.h"
 
+#include "installer/console_log.h"
 #include "installer/installer_state.h"
 
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -32,11 +34,15 @@ void prepare(SignalMessage* message, const char* name) {
     }
 }
 
+std::atomic<std::int32_t> handlers_at_work{0};
+
 void request_cancel(const SignalMessage& message) {
     const int saved_errno = errno;
-    // In this order, so that nobody speaks of the end before its reason.
-    (void)!write(STDOUT_FILENO, message.text, message.length);
+    handlers_at_work += 1;
+    // In this order: whatever becomes of the line, the run is over.
     installer.cancel_requested = 1;
+    log_without_waiting(message.text, message.length);
+    handlers_at_work -= 1;
     errno = saved_errno;
 }
 
@@ -59,14 +65,13 @@ void install(int signal, void (*handler)(int), struct sigaction* saved) {
     sigaction(signal, &action, saved);
 }
 
-// A parent may have left them blocked, and then nobody could interrupt the installer.
-void unblock_handled_signals() {
+sigset_t handled_signals() {
     sigset_t handled;
     sigemptyset(&handled);
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         sigaddset(&handled, signal);
     }
-    pthread_sigmask(SIG_UNBLOCK, &handled, nullptr);
+    return handled;
 }
 
 } // namespace
@@ -83,7 +88,18 @@ void install_signal_handlers() {
     install(SIGTERM, on_sigterm, &installer.saved_sigterm);
     install(SIGINT, on_sigint, &installer.saved_sigint);
     install(SIGHUP, on_sighup, &installer.saved_sighup);
-    unblock_handled_signals();
+    take_signals_here(true); // a parent may have left them blocked
+}
+
+void take_signals_here(bool here) {
+    const sigset_t handled = handled_signals();
+    pthread_sigmask(here ? SIG_UNBLOCK : SIG_BLOCK, &handled, nullptr);
+}
+
+void wait_for_handlers() {
+    while (handlers_at_work != 0) {
+        usleep(1000);
+    }
 }
 
 void restore_signal_handlers() {

@@ -83,6 +83,7 @@ void show_until_dismissed() {
     window_map(engine, id);
     for (std::int32_t i = 0;
          i < shown_ms && installer.splash_dismissed == 0 && installer.cancel_requested == 0; ++i) {
+        installer.steps += 1;
         usleep(1000);
     }
 }

@@ -12,7 +12,12 @@
 // Says that the display is lost, once, and asks the flow to unwind. Any thread, no lock.
 void report_lost_display();
 
-// The last lines on the console.
+// What is left to be done where the main thread hangs and does not come back to unwind: wipes the
+// password, removes the temporary files and the lock file, says farewell if the console takes it at
+// once, and ends the process, waiting for nothing. Not while a command runs as root.
+[[noreturn]] void end_without_main_thread();
+
+// The last lines on the console, after those of signals.
 void say_farewell();
 
 // Does here and now what the flow and the teardown would: waits for a command that runs as root to

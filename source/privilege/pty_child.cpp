@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -21,6 +22,8 @@ namespace {
 
 constexpr int unknown_wait_status = 255 << 8;
 constexpr std::int32_t signalled_status = 128; // and the signal's number, as shells say it
+
+std::atomic<int> children_at_work{0};
 
 void free_strings(char** strings) {
     for (char** string = strings; string != nullptr && *string != nullptr; ++string) {
@@ -167,6 +170,7 @@ bool pty_child_start(PtyChild* child, const char* const* arguments) {
         free_strings(variables);
         return false;
     }
+    children_at_work += 1; // before it is there, so that nobody misses it
     keep_children_waitable(child);
     // No handler of ours may run in the child: it would speak for this process.
     sigset_t all;
@@ -277,6 +281,11 @@ void pty_child_finish(PtyChild* child) {
         sigaction(SIGCHLD, &child->child_signal, nullptr);
         child->restore_child_signal = false;
     }
+    children_at_work -= 1;
+}
+
+bool pty_child_at_work() {
+    return children_at_work != 0;
 }
 
 std::int32_t pty_child_exit_status(const PtyChild* child) {

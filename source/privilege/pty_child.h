@@ -66,6 +66,9 @@ void pty_child_finish(PtyChild* child);
 // The same as a shell tells it: 128 and the signal's number for a child that a signal has ended.
 [[nodiscard]] std::int32_t pty_child_shell_status(const PtyChild* child);
 
+// Whether a child has been started and not finished yet. Any thread.
+[[nodiscard]] bool pty_child_at_work();
+
 // Sleeps that long, interrupted or not.
 void pause_ms(std::int32_t milliseconds);
 

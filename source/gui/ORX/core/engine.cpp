@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <clocale>
 #include <cmath>
+#include <cstdlib>
 #include <new>
 
 namespace {
@@ -41,9 +42,20 @@ void set_up_locale() {
     }
 }
 
+// Xlib's look at the locale, and much of the rest of it, does not check what it allocates.
+bool memory_is_left() {
+    constexpr std::size_t enough = 1 << 18;
+    void* memory = std::malloc(enough);
+    std::free(memory);
+    return memory != nullptr;
+}
+
 } // namespace
 
 UiEngine* engine_new() {
+    if (!memory_is_left()) {
+        return nullptr;
+    }
     // Before any other Xlib call: X libraries older than 1.8 do not do it by themselves.
     XInitThreads();
     auto* engine = new (std::nothrow) UiEngine;

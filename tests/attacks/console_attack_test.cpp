@@ -1,0 +1,91 @@
+// The console: one that nobody reads, and names that somebody has made up for it.
+
+#include "end_to_end/expectations.h"
+#include "faults/surroundings.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+
+namespace {
+
+using namespace end_to_end;
+
+// A pipe that nobody reads: once it is full, whoever writes there waits.
+class UnreadConsole {
+public:
+    explicit UnreadConsole(const Scenario& scenario) {
+        (void)mkfifo(path_, 0666);
+        (void)chmod(path_, 0666);
+        pipe_ = open(path_, O_RDWR | O_NONBLOCK | O_CLOEXEC);
+        faults::start_through_shell(scenario, "", "", std::string("> ") + path_);
+    }
+    ~UnreadConsole() { close(pipe_); }
+    UnreadConsole(const UnreadConsole&) = delete;
+    UnreadConsole& operator=(const UnreadConsole&) = delete;
+
+    void fill() const {
+        for (std::string text(4096, '-'); !text.empty();) {
+            if (write(pipe_, text.data(), text.size()) < 0) {
+                text.resize(text.size() / 2);
+            }
+        }
+    }
+
+private:
+    const char* path_ = "/run/console";
+    int pipe_ = -1;
+};
+
+class SignalWithFullConsole : public testing::TestWithParam<int> {};
+
+INSTANTIATE_TEST_SUITE_P(Signals, SignalWithFullConsole, testing::Values(SIGTERM, SIGINT, SIGHUP));
+
+TEST_P(SignalWithFullConsole, EndsTheRun) {
+    Scenario scenario;
+    const UnreadConsole console(scenario);
+    scenario.reach_password_screen();
+    console.fill();
+    scenario.installer().send_signal(GetParam());
+    const auto end = scenario.installer().wait_for_end(std::chrono::milliseconds{2'000});
+    ASSERT_TRUE(end);
+    EXPECT_TRUE(ended_clean(*end));
+}
+
+TEST(ClosingWithFullConsole, EndsTheRun) {
+    Scenario scenario;
+    const UnreadConsole console(scenario);
+    scenario.reach_password_screen();
+    console.fill();
+    scenario.view().ask_to_close(scenario.main_window());
+    const auto end = scenario.installer().wait_for_end(std::chrono::milliseconds{2'000});
+    ASSERT_TRUE(end);
+    EXPECT_TRUE(ended_clean(*end));
+}
+
+TEST(FolderName, WritesNothingButItselfOnTheConsole) {
+    Scenario scenario;
+    const std::string folder =
+        scenario.account().home + "/0\x1b]0;title\x07\n** INFO **\x7f\xc2\x9b";
+    std::filesystem::create_directory(folder);
+    support::give_to(scenario.account(), folder);
+    scenario.reach_password_screen();
+    scenario.give_password(user_password);
+    scenario.reach_folder_browser();
+    scenario.enter_folder_row(2);
+    scenario.accept_folder();
+    scenario.reach_copying();
+    EXPECT_NE(scenario.console().find(info("Installing to - " + scenario.account().home +
+                                           "/0\\x1B]0;title\\x07\\x0A** INFO **\\x7F\\x9B")),
+              std::string::npos)
+        << scenario.console();
+    EXPECT_EQ(scenario.console().find('\x1b'), std::string::npos);
+    scenario.reach_last_screen();
+    scenario.press_ok();
+    EXPECT_EQ(scenario.finish().exit_status, 0);
+}
+
+} // namespace
