@@ -12,6 +12,8 @@ test_packages=(binutils busybox ccache clang clang-format clang-tidy desktop-fil
     serdi twm uim-xim x11-utils xclip xfonts-base xfwm4 xsel xz-utils)
 # Of these only newer distributions have packages; what is about them is tested where they are.
 newer_test_packages=(sudo-rs)
+# Building for arm64 on a machine with another processor.
+arm64_packages=(g++-aarch64-linux-gnu libx11-dev:arm64)
 
 # What stands for the packages where there is no dpkg to ask.
 tool_of() {
@@ -31,6 +33,7 @@ tool_of() {
     lilv-utils) echo lv2ls ;;
     i3-wm) echo i3 ;;
     lv2-dev | python3-hypothesis | xfonts-base) echo "" ;;
+    g++-aarch64-linux-gnu) echo aarch64-linux-gnu-g++ ;;
     lib*) echo "" ;;
     *) echo "$1" ;;
     esac
@@ -91,6 +94,20 @@ ensure_where_packaged() {
     for package in "$@"; do
         [ -z "$(apt-cache show --no-all-versions "$package" 2> /dev/null)" ] || ensure_packages "$package"
     done
+}
+
+# Debian keeps packages for other processors apart until it is told that they are wanted.
+ensure_arm64_packages() {
+    if [ -n "$(missing_packages "${arm64_packages[@]}")" ] && command -v dpkg > /dev/null &&
+        ! dpkg --print-foreign-architectures | grep -qx arm64; then
+        if [ "$(id -u)" -ne 0 ]; then
+            echo "Building for arm64 takes Debian's packages for arm64. Please tell dpkg so, as root:" >&2
+            echo "    dpkg --add-architecture arm64" >&2
+            exit 1
+        fi
+        dpkg --add-architecture arm64
+    fi
+    ensure_packages "${arm64_packages[@]}"
 }
 
 # clang's sanitizer libraries are a package of their own whose name holds clang's version.

@@ -96,7 +96,7 @@ class Product(unittest.TestCase):
 
     def warnings(self):
         facts = self.facts()
-        found = product_warnings.of_product(self.folder, self.values, self.packed, facts)
+        found = product_warnings.of_product(self.folder, self.values, self.packed, facts, OWN)
         return [f"{setting}: {said}" for setting, said in found]
 
     def expect(self, *patterns):

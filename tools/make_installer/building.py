@@ -70,6 +70,8 @@ def build(stage, build_folder):
         "ZEPH_PAYLOAD_ARCHIVE": stage.archive,
         "ZEPH_PAYLOAD_ICON": stage.icon,
     }
+    if stage.processor.toolchain:
+        definitions["CMAKE_TOOLCHAIN_FILE"] = os.path.join(REPOSITORY, "cmake", stage.processor.toolchain)
     configure(definitions, build_folder)
     return build_target(build_folder, TARGET)
 
@@ -112,6 +114,6 @@ def converted_background(built):
     return os.path.join(os.path.dirname(built), "resources", "artwork", "background.blob")
 
 
-def strip(executable, output):
+def strip(executable, output, processor):
     """Leaves a stripped copy at output."""
-    run(["strip", "--strip-all", "-o", output, executable])
+    run([processor.tools + "strip", "--strip-all", "-o", output, executable])

@@ -48,17 +48,17 @@ def sum_of(path):
     return digest.hexdigest()
 
 
-def hand_out(built, folder, name, time):
+def hand_out(built, folder, name, stage):
     """Leaves the three files in the folder, all whole or none; the executable's path and sum."""
     os.makedirs(folder, exist_ok=True)
     places = [os.path.join(folder, each) for each in names_of(name)]
     unfinished = [place + ".unfinished" for place in places]
     try:
-        building.strip(built, unfinished[0])
+        building.strip(built, unfinished[0], stage.processor)
         with open(unfinished[1], "wb") as file:
             level = 1 if os.path.getsize(unfinished[0]) > LARGE else 9
             packed = pack_archive.GzipWriter(file, level=level)
-            pack_archive.write_tar(packed, [(unfinished[0], name)], EVERYBODY_RUNS, time)
+            pack_archive.write_tar(packed, [(unfinished[0], name)], EVERYBODY_RUNS, stage.time)
             packed.close()
         sums = [sum_of(path) for path in unfinished[:2]]
         with open(unfinished[2], "w", encoding="utf-8") as file:

@@ -13,6 +13,7 @@ import elf_facts
 import handing_out
 import making
 import new_product
+import processors
 import staging
 import trying
 from settings_file import SettingsError
@@ -59,6 +60,7 @@ def main():
     parser.add_argument(
         "--try", action="store_true", dest="tried", help="make it, play it and take its pictures"
     )
+    parser.add_argument("--for", metavar="PROCESSOR", dest="asked", help="x86-64 or arm64")
     parser.add_argument("--strict", action="store_true", help="take warnings as errors")
     parser.add_argument("--build", metavar="DIR", help="where to build (default: build/products/)")
     parser.add_argument("--output", metavar="DIR", help="where the installer goes (default: dist/)")
@@ -74,9 +76,13 @@ def main():
             quoted = f"'{folder}'" if " " in folder else folder
             print(NEXT_STEPS.format(folder=folder, quoted=quoted), end="")
             return
-        build_folder = os.path.abspath(arguments.build or making.build_folder_for(folder))
+        processor = processors.wanted(arguments.asked)
+        own = making.build_folder_for(folder, processor)
+        build_folder = os.path.abspath(arguments.build or own)
         output_folder = arguments.output or os.path.join(staging.REPOSITORY, "dist")
-        making.make(folder, build_folder, output_folder, arguments.strict, arguments.tried)
+        making.make(
+            folder, build_folder, output_folder, arguments.strict, arguments.asked, arguments.tried
+        )
     except SettingsError as error:
         for complaint in some_of(error.complaints):
             print(complaint, file=sys.stderr)
@@ -89,6 +95,7 @@ def main():
         elf_facts.ElfError,
         handing_out.HandingOutError,
         new_product.FolderError,
+        processors.ProcessorError,
         trying.TrialError,
     ) as error:
         sys.exit(f"make-installer: {visible(error)}")

@@ -12,6 +12,7 @@ import building
 import contrast
 import handing_out
 import plugin_facts
+import processors
 import product_warnings
 import settings
 import staging
@@ -21,17 +22,18 @@ from summary import summary
 from wording import some_of, visible
 
 
-def build_folder_for(folder):
-    """A build folder of its own for each product folder, wherever that is."""
+def build_folder_for(folder, processor):
+    """A build folder of its own for each product folder, wherever that is, and each processor."""
     path = os.path.realpath(folder)
     name = re.sub(r"[^A-Za-z0-9]+", "-", os.path.basename(path)).strip("-") or "product"
     digest = hashlib.sha256(path.encode(errors="surrogateescape")).hexdigest()[:8]
-    return os.path.join(staging.REPOSITORY, "build", "products", f"{name}-{digest}")
+    name = "-".join([name, digest, *processor.mark()])
+    return os.path.join(staging.REPOSITORY, "build", "products", name)
 
 
-def executable_name(values):
+def executable_name(values, processor):
     version = re.sub(r"[^A-Za-z0-9.+-]+", "-", values["product_version"]).strip("-.") or "0"
-    return f"{values['product_short_name']}-{version}-installer"
+    return "-".join([values["product_short_name"], version, *processor.mark(), "installer"])
 
 
 @contextlib.contextmanager
@@ -69,7 +71,7 @@ def tool_digest():
 def hand_out_if_changed(values, stage, product, built, build_folder, output_folder):
     """Leaves what is handed out, unless just that lies there; the path of the executable, and what to
     tell of it."""
-    name = executable_name(values)
+    name = executable_name(values, stage.processor)
     places = [os.path.join(output_folder, each) for each in handing_out.names_of(name)]
     record = os.path.join(build_folder, "handed-out.json")
     made_of = [tool_digest(), state_of(built), stage.time, stage.archive_size, values]
@@ -81,7 +83,7 @@ def hand_out_if_changed(values, stage, product, built, build_folder, output_fold
                 return places[0], "\nNothing changed since it was made." + old["summary"]
     except (OSError, ValueError, KeyError, TypeError):
         pass
-    path, digest = handing_out.hand_out(built, output_folder, name, stage.time)
+    path, digest = handing_out.hand_out(built, output_folder, name, stage)
     told = summary(values, stage, product, path, digest)
     states = [state_of(place) for place in places]
     new = {"made_of": made_of, "places": places, "states": states, "summary": told}
@@ -111,18 +113,26 @@ def warn(checker, found, strict):
         print(line, file=sys.stderr, flush=True)
 
 
-def make(folder, build_folder, output_folder, strict=False, tried=False):
-    """Makes what is handed out, and tries it where that is wanted."""
+def make(folder, build_folder, output_folder, strict=False, asked=None, tried=False):
+    """Makes what is handed out, and tries it where that is wanted. asked is a processor's name: then a
+    plug-in for other ones is an error."""
+    processor = processors.wanted(asked)
+    if tried and processor.toolchain:
+        wrong = f"an installer for {processor.name} cannot be tried on this machine"
+        raise processors.ProcessorError(f"{wrong}; leave out --try")
     checker, packed = checked_product(folder)
     values = checker.values
-    handing_out.check_place(output_folder, executable_name(values), values["product_name"])
+    handing_out.check_place(output_folder, executable_name(values, processor), values["product_name"])
     print(f"Packing {values['product_name']} {values['product_version']}", flush=True)
     for line in some_of(f"Left out: {visible(name)}" for name in packed.left_out):
         print(line)
     facts = plugin_facts.inspect(packed.members)
-    warn(checker, product_warnings.of_product(folder, values, packed, facts), strict)
+    if asked:
+        warn(checker, product_warnings.about_processor(facts, processor.name), True)
+    found = product_warnings.of_product(folder, values, packed, facts, processor.name)
+    warn(checker, found, strict)
     with held(build_folder):
-        stage = staging.Stage(folder, values, packed, build_folder)
+        stage = staging.Stage(folder, values, packed, build_folder, processor)
         built = building.build(stage, os.path.join(build_folder, "cmake"))
         unreadable = contrast.complaint_about(building.converted_background(built))
         warn(checker, [("background_picture", unreadable)] if unreadable else [], strict)

@@ -38,8 +38,8 @@ def about_libraries(facts):
         yield "plugin", f"{wrong}; put the built plug-in there"
 
 
-def about_processor(facts):
-    own = plugin_facts.own_processor()
+def about_processor(facts, own):
+    """What the machines with that processor, which the installer is for, cannot load."""
     others = []
     in_vst3 = {}
     for library in facts.libraries:
@@ -168,10 +168,10 @@ def about_time(packed):
         yield "plugin", f"{wrong}; set the clock, and the file's time with touch"
 
 
-def of_product(folder, values, packed, facts):
+def of_product(folder, values, packed, facts, processor):
     """(setting, what is wrong and the mend) of all that can be seen before the build."""
     yield from about_libraries(facts)
-    yield from about_processor(facts)
+    yield from about_processor(facts, processor)
     yield from about_folder(facts, values)
     yield from about_depth(facts, packed.name)
     yield from about_manifests(facts)

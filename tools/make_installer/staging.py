@@ -85,7 +85,8 @@ def header_text(values, archive_size, installed_size):
 class Stage:
     """A product laid out in its build folder."""
 
-    def __init__(self, folder, values, packed, build_folder):
+    def __init__(self, folder, values, packed, build_folder, processor):
+        self.processor = processor
         self.settings = os.path.join(build_folder, "settings")
         self.artwork = os.path.join(build_folder, "artwork")
         self.archive = os.path.join(build_folder, "payload.tar.gz")

@@ -59,6 +59,7 @@ def summary(values, stage, product, path, digest):
     out = io.StringIO()
     print(f"\n{visible(path)}", file=out)
     block("product", [f"{values['product_name']} {values['product_version']}"], out)
+    block("processor", [facts.processor], out)
     block("size", [f"{os.path.getsize(path)} bytes, {stage.archive_size} of them payload"], out)
     block("installs into", [f"{values['default_install_folder']}, or where the person says"], out)
     block("payload", some_of(listing(packed.members, packed.links)), out)

@@ -1,0 +1,6 @@
+# Compiles for arm64 on a machine with another processor, with Debian's cross compiler and its packages
+# of that architecture (scripts/packages.sh names them).
+set(CMAKE_SYSTEM_NAME Linux)
+set(CMAKE_SYSTEM_PROCESSOR aarch64)
+set(CMAKE_C_COMPILER aarch64-linux-gnu-gcc)
+set(CMAKE_CXX_COMPILER aarch64-linux-gnu-g++)
