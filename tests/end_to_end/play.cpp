@@ -1,13 +1,13 @@
 // Plays one installation that runs elsewhere, on another machine's root file system for instance,
 // on a private screen of this one, and says in one line how it went.
 //
-//   zeph-play RESULTS PASSWORD [--browser TITLE] [--accept-offered] -- COMMAND...
+//   zeph-play RESULTS PASSWORD [--browser TITLE] [--accept-offered] [--dpi DPI] -- COMMAND...
 //
-// COMMAND gets DISPLAY, starts the installer there, and tells what cannot be seen from here: it
-// prints "session: starting" just before the installer starts and "session: locked" when the lock
-// file is there. The person types PASSWORD. Refused, they close the window; accepted, they choose
-// the listing's first folder inside the one shown (--accept-offered: the one shown) and go on to
-// the end. RESULTS, a folder, gets console.txt and pictures.
+// COMMAND gets DISPLAY and ORXDPI (96 without --dpi), starts the installer there, and tells what
+// cannot be seen from here: it prints "session: starting" just before the installer starts and
+// "session: locked" when the lock file is there. The person types PASSWORD. Refused, they close the
+// window; accepted, they choose the listing's first folder inside the one shown (--accept-offered:
+// the one shown) and go on to the end. RESULTS, a folder, gets console.txt and pictures.
 //
 // The line, whose parts stand between tabs: what it came to (installed, not installed, refused, or
 // what did not come), seconds until the first window, seconds from Return to the verdict. Ends with
@@ -19,6 +19,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -31,11 +32,14 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::minutes patience{3}; // for a machine played by an emulator
 
+constexpr int plain_dpi = 96;
+
 struct Play {
     std::string results;
     std::string password;
     std::string browser = browser_title;
     bool accept_offered = false;
+    int dpi = plain_dpi;
     std::vector<std::string> command;
 };
 
@@ -99,12 +103,14 @@ void install(Sitting& sitting, const Play& play, Outcome& outcome) {
 
 Outcome play_it(const Play& play) {
     Sitting* seen = nullptr;
-    Sitting sitting({.browser_title = play.browser,
+    Sitting sitting({.scale = static_cast<double>(play.dpi) / plain_dpi,
+                     .browser_title = play.browser,
                      .pictures = play.results,
                      .locked = [&seen] { return says(*seen, "session: locked"); },
                      .patience = patience});
     seen = &sitting;
     setenv("DISPLAY", sitting.display_name().c_str(), 1);
+    setenv("ORXDPI", std::to_string(play.dpi).c_str(), 1);
     sitting.start_program({.command = play.command});
     Outcome outcome;
     try {
@@ -130,6 +136,8 @@ bool read_arguments(int count, char** arguments, Play& play) {
             play.accept_offered = true;
         } else if (std::strcmp(arguments[at], "--browser") == 0 && at + 1 < count) {
             play.browser = arguments[++at];
+        } else if (std::strcmp(arguments[at], "--dpi") == 0 && at + 1 < count) {
+            play.dpi = std::atoi(arguments[++at]);
         } else {
             return false;
         }
@@ -147,9 +155,10 @@ bool read_arguments(int count, char** arguments, Play& play) {
 int main(int count, char** arguments) {
     end_to_end::Play play;
     if (!end_to_end::read_arguments(count, arguments, play)) {
-        std::fprintf(stderr,
-                     "usage: zeph-play RESULTS PASSWORD [--browser TITLE] [--accept-offered] "
-                     "-- COMMAND...\n");
+        std::fprintf(
+            stderr,
+            "usage: zeph-play RESULTS PASSWORD [--browser TITLE] [--accept-offered] [--dpi DPI] "
+            "-- COMMAND...\n");
         return 2;
     }
     try {
