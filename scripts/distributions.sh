@@ -125,12 +125,18 @@ cmake --preset release -DZEPH_TESTS=ON > "$log" 2>&1 &&
 careful_program=$(echo "$results"/careful/*-installer)
 
 for suite in "${suites[@]}"; do
-    packages=(sudo libx11-6 libpam-google-authenticator)
-    [ "$suite" = bullseye ] || [ "$suite" = bookworm ] || packages+=(sudo-rs)
+    # The careful product is packed with xz, which every desktop has.
+    packages=(sudo libx11-6 xz-utils libpam-google-authenticator)
+    tools=(sudo)
+    case $suite in
+    bullseye | bookworm) ;;
+    *) packages+=(sudo-rs) tools+=(sudo-rs) ;;
+    esac
     make_root "$suite" "" "${packages[@]}"
     echo "$root_folder" > "$results/$suite.root"
-    play "$suite" sudo
-    [ "${#packages[@]}" -eq 3 ] || play "$suite" sudo-rs
+    for tool in "${tools[@]}"; do
+        play "$suite" "$tool"
+    done
 done
 
 printf '\nThe table:\n'
