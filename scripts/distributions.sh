@@ -113,6 +113,9 @@ play() {
 
 suites=("$@")
 [ ${#suites[@]} -gt 0 ] || suites=(bullseye bookworm trixie sid)
+for suite in "${suites[@]}"; do
+    [[ $suite =~ ^[a-z][a-z0-9-]*$ ]] || no_root "\"$suite\" is no name of a suite."
+done
 [ "$(id -u)" -eq 0 ] || no_root "Playing installations in distributions needs root rights."
 ensure_packages "${build_packages[@]}" "${tour_packages[@]}" python3 binutils xfonts-base
 mkdir -p "$results" /tmp/.X11-unix
