@@ -101,7 +101,9 @@ make_root_anew() {
         options+=("--aptopt=${setting%;}")
     done < <(apt-config dump | grep -iE '^Acquire::[a-z]+::Proxy ')
     rm -rf "$root_folder" "$root_folder.part" "$root_cache/packages/$name"
-    if ! mmdebstrap "${options[@]}" "$suite" "$root_folder.part" "$archive" > "$log" 2>&1 < /dev/null; then
+    # Whatever it mounts on the way goes with it, also when it is killed.
+    if ! unshare --mount --propagation private mmdebstrap "${options[@]}" \
+        "$suite" "$root_folder.part" "$archive" > "$log" 2>&1 < /dev/null; then
         rm -rf "$root_folder.part"
         no_root "$(reason_in "$log" "$suite" "$archive")"
     fi
