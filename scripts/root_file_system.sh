@@ -210,7 +210,9 @@ inside() {
             mount -t tmpfs -o mode=1777,nosuid,nodev tmpfs dev/shm &&
             mount -t tmpfs -o mode=755,nosuid,nodev tmpfs run &&
             mount -t tmpfs -o mode=1777,nosuid,nodev tmpfs tmp &&
-            for node in null zero full random urandom tty fuse; do
+            # sudo-rs locks it while it asks: one of its own, where one may be made.
+            { mknod -m 666 dev/tty c 5 0 2> /dev/null || { touch dev/tty && mount --bind /dev/tty dev/tty; }; } &&
+            for node in null zero full random urandom fuse; do
                 [ -e "/dev/$node" ] || continue
                 touch "dev/$node" && mount --bind "/dev/$node" "dev/$node" || exit 2
             done &&
