@@ -133,10 +133,12 @@ enter_root() {
     local command=("$@")
     mkdir -p "$runs"
     remove_old_runs "$runs"
-    run=$(mktemp -d "$runs/XXXXXX") || no_root "There is no room for a run in $runs."
+    # Out of the sight of others that tidy up, until its lock is held.
+    run=$(mktemp -d "$runs/.XXXXXX") || no_root "There is no room for a run in $runs."
     (
         exec {held}> "$run/lock"
         flock "$held"
+        mv "$run" "$runs/${run##*/.}" && run=$runs/${run##*/.}
         trap 'rm -rf "$run"' EXIT
         within outside unshare --mount --propagation private
     )
