@@ -11,7 +11,7 @@
 namespace {
 
 constexpr useconds_t pause_microseconds = 50'000;
-constexpr int patience = 30; // pauses: on a busy machine they last as long as everything else
+constexpr int patience = 20; // pauses: on a busy machine they last as long as everything else
 
 [[noreturn]] void* watch(void* /*unused*/) {
     take_signals_here(true);
