@@ -44,7 +44,7 @@ inside() {
 # What a visit comes to where a desktop has ways of its own, which the README tells.
 wanted_of() {
     case $1 in
-    sway | mutter-wayland | gnome-wayland) echo 'moved half off: *' ;;
+    sway | muffin | mutter-wayland | gnome-wayland) echo 'moved half off: *' ;;
     fvwm3) echo 'splash in the middle: *' ;;
     *) echo well ;;
     esac

@@ -210,13 +210,20 @@ input() {
     localedef -i en_US -f UTF-8 en_US.UTF-8 # input methods serve no locale without a language
     export LC_ALL=en_US.UTF-8
     screen && { as_person openbox --sm-disable & } && until_true 20 manager_runs || return 1
-    setxkbmap us -variant intl -option compose:menu
     case $way in
     xclip | xsel | gtk) password='é ß € â x' ;;
     *) password=$(case $way in *dead-keys) echo 'éâx' ;; *) echo 'ß€âéx' ;; esac) ;;
     esac
     echo "$account:$password" | chpasswd
     input_method "${way%%-*}"
+    case $way in # dead keys in the one layout, Compose on a key of the other; ibus has its own idea
+    ibus-dead-keys) as_person ibus engine xkb:us:intl:eng ;;
+    ibus-compose) as_person ibus engine xkb:us::eng ;;
+    esac
+    case $way in
+    *dead-keys) setxkbmap us -variant intl ;;
+    *) setxkbmap us -option compose:menu ;;
+    esac
     cp /srv/installer /home/$account/installer
     chown "$account:" /home/$account/installer
     runuser -u "$account" -- env -i HOME="/home/$account" USER="$account" LOGNAME="$account" \
