@@ -19,7 +19,7 @@ using support::Place;
 using support::wait_until;
 using support::XWindow;
 
-constexpr std::chrono::milliseconds patience{5000};
+constexpr std::chrono::milliseconds patience{15'000};
 // A frame has a title bar above the window and borders beside it.
 constexpr int frame_size = 48;
 constexpr int title_bar_middle = 9;
