@@ -66,6 +66,12 @@ int pthread_mutexattr_destroy(pthread_mutexattr_t* attributes) {
     return oldest_pthread_mutexattr_destroy(attributes);
 }
 
+OLDEST(pthread_mutex_trylock);
+int oldest_pthread_mutex_trylock(pthread_mutex_t*);
+int pthread_mutex_trylock(pthread_mutex_t* mutex) {
+    return oldest_pthread_mutex_trylock(mutex);
+}
+
 OLDEST(forkpty);
 int oldest_forkpty(int*, char*, const struct termios*, const struct winsize*);
 int forkpty(int* master, char* name, const struct termios* settings, const struct winsize* size) {

@@ -41,13 +41,14 @@ TEST(Build, SecondProductIsReproducibleAndTellsTheTruth) {
 
     {
         SCOPED_TRACE("the summary");
+        // Columns are as wide as they must be.
+        const std::string said = std::regex_replace(first.said, std::regex(" +"), " ");
         for (const std::string& line :
-             {std::string("product         Lantern Tilt 1.2.0"),
-              std::to_string(bytes.size()) + " bytes",
-              std::string("drwxr-xr-x root/root          0 lantern-tilt.lv2\n"),
-              std::string("-rwxr-xr-x root/root"), std::string("oldest libc     2.17\n"),
-              "sha256          " + output_of({"sha256sum", installer}).substr(0, 64)}) {
-            EXPECT_NE(first.said.find(line), std::string::npos) << line << "\n" << first.said;
+             {std::string("product Lantern Tilt 1.2.0\n"), std::to_string(bytes.size()) + " bytes",
+              std::string("drwxr-xr-x root/root 0 lantern-tilt.lv2\n"),
+              std::string("-rwxr-xr-x root/root"), std::string("oldest libc 2.17\n"),
+              "sha256 " + output_of({"sha256sum", installer}).substr(0, 64)}) {
+            EXPECT_NE(said.find(line), std::string::npos) << line << "\n" << said;
         }
         EXPECT_EQ(first.said.find("NOT "), std::string::npos) << first.said;
     }

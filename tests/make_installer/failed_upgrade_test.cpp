@@ -147,7 +147,7 @@ TEST_P(FailedUpgrade, ThatIsCancelledWhileItCopiesLeavesTheOldVersion) {
 TEST_P(FailedUpgrade, WithoutRoomInTmpIsFoundOutBeforeTheWork) {
     install_old_version("1m");
     scenario_.reach_password_screen();
-    Scenario::leave_room_in_tmp(2000);
+    Scenario::leave_room_in_tmp(0);
     scenario_.give_password(GetParam() == Rights::sudo ? end_to_end::user_password
                                                        : end_to_end::root_password);
     expect_told("Unable to extract installer data - There is no room left in /tmp");

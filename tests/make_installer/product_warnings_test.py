@@ -145,7 +145,7 @@ class RightOnes(Product):
             folder = os.path.join(staging.REPOSITORY, "products", name)
             checker, packed = making.checked_product(folder)
             facts = plugin_facts.inspect(packed.members)
-            found = product_warnings.of_product(folder, checker.values, packed, facts)
+            found = product_warnings.of_product(folder, checker.values, packed, facts, OWN)
             self.assertEqual(list(found), [])
 
     def test_a_library_that_it_brings_is_none_that_it_needs(self):
