@@ -82,12 +82,19 @@ start_afresh() {
     rm -rf "$1/.$name-old" "$1/.$name-new"
 }
 
+# Not with -C, which takes a backslash in a folder's name for a sign of its own.
+tar_in() {
+    cd "$1" || return
+    shift
+    tar --no-unquote "$@"
+}
+
 extract() {
     new=$1/.$name-new
     [ -d "$1" ] || exit "$no_folder"
     is_folder "$new" || attempt "$read_only" mkdir -m 700 "$new"
-    attempt "$not_whole" tar -xf "$archive" -C "$new" -- "$2"
-    attempt "$not_whole" tar -df "$archive" -C "$new" -- "$2"
+    attempt "$not_whole" tar_in "$new" -xf "$archive" -- "$2"
+    attempt "$not_whole" tar_in "$new" -df "$archive" -- "$2"
     sync -f "$new" || return 0
 }
 
