@@ -2,13 +2,20 @@
 # shellcheck disable=SC2317
 # install.sh: the steps of an installation that keeps what is there until the new files are whole.
 #
-#     sh -c TEXT-OF-THIS-FILE install STEP NAME ARCHIVE FOLDER MEMBER [FOLDER MEMBER]...
+#     sh -c TEXT-OF-THIS-FILE install STEP NAME ARCHIVE PREFIX UNINSTALLER
+#         FOLDER MEMBER [FOLDER MEMBER]... -- [SOURCE TARGET]...
 #
 # Each MEMBER is a file or folder at the archive's top, and goes into its FOLDER. NAME tells the
 # products apart: beside what is installed stand .NAME-new, with the files to come, and for a moment
 # .NAME-old, with those to go.
 #
-#     put_beside       makes .NAME-new of the archive and compares it with the archive
+# With a PREFIX, such as /usr/local, a list of what is installed is kept in
+# PREFIX/share/uninstall-NAME, and UNINSTALLER (the text of uninstall.sh) goes to
+# PREFIX/bin/uninstall-NAME. On the list are all MEMBERs, and each TARGET that is made by others of
+# the SOURCE's content; "folder" for SOURCE means that the TARGET is a folder. What an older version
+# has on its list, and the new one has not, is removed, unless it was changed.
+#
+#     put_beside       makes .NAME-new of the archive, compares it with the archive, makes the list
 #     move_into_place  adds to .NAME-new what the old one holds beyond it, which is not ours to lose,
 #                      and changes old for new; when that fails, changes it back
 #     abandon          takes .NAME-new away
@@ -26,8 +33,11 @@ umask 022
 LC_ALL=C
 export LC_ALL
 exec > /dev/null 2>&1
-step=$1 name=$2 archive=$3
-shift 3
+step=$1 name=$2 archive=$3 prefix=$4 uninstaller=$5
+shift 5
+share=$prefix/share/uninstall-$name
+line_feed='
+'
 
 there() { [ -e "$1" ] || [ -L "$1" ]; }
 
@@ -46,14 +56,24 @@ attempt() {
     exit "$otherwise"
 }
 
-# each ACTION FOLDER MEMBER...: ACTION FOLDER MEMBER for each pair.
+# each ACTION FOLDER MEMBER...: ACTION FOLDER MEMBER for each pair before "--".
 each() {
     action=$1
     shift
-    while [ $# -gt 1 ]; do
+    while [ $# -gt 1 ] && [ "$1" != -- ]; do
         "$action" "$1" "$2"
         shift 2
     done
+}
+
+# each_other ACTION ... -- SOURCE TARGET...: ACTION SOURCE TARGET for each pair after "--".
+each_other() {
+    other_action=$1
+    while [ "$1" != -- ]; do
+        shift
+    done
+    shift
+    each "$other_action" "$@"
 }
 
 # keep OLD NEW: gives the folder NEW what the folder OLD has beyond it. Hard links take no room and
@@ -98,9 +118,137 @@ extract() {
     sync -f "$new" || return 0
 }
 
+# Writes a path so that it is one line: backslashes doubled, line feeds as \n.
+escaped() {
+    text=$(printf '%sx' "$1" | sed -e 's/\\/\\\\/g' | sed -e ':a' -e '$!N' -e 's/\n/\\n/' -e 'ta')
+    printf '%s' "${text%x}"
+}
+
+# enlist KIND TARGET: a line of the list; but for a folder, of the content on standard input.
+enlist() {
+    size=0 sum=0
+    if [ "$1" != folder ]; then
+        cat > "$share/content.new" || return
+        size=$(wc -c < "$share/content.new")
+        sum=$(sha256sum < "$share/content.new")
+        sum=${sum%% *}
+    fi
+    printf '%s %s %s %s\n' "$1" "$size" "$sum" "$(escaped "$2")"
+}
+
+# enlist_tree PATH TARGET: what is at PATH, and is to be at TARGET.
+enlist_tree() {
+    if [ -L "$1" ]; then
+        readlink -n "$1" | enlist link "$2"
+    elif [ -d "$1" ]; then
+        enlist folder "$2"
+        for entry in "$1"/* "$1"/.[!.]* "$1"/..?*; do
+            if there "$entry"; then
+                enlist_tree "$entry" "$2/${entry##*/}"
+            fi
+        done
+    else
+        enlist file "$2" < "$1"
+    fi
+}
+
+# The folder's own path, through no link, without a slash at its end.
+find_real() {
+    real=$1
+    [ -d "$1" ] || return 0
+    real=$(cd -P "$1" && pwd -P && echo x)
+    real=${real%"$line_feed"x}
+    real=${real%/}
+}
+
+enlist_member() {
+    find_real "$1"
+    enlist_tree "$1/.$name-new/$2" "$real/$2"
+}
+
+enlist_other() {
+    find_real "${2%/*}"
+    if [ "$1" = folder ]; then
+        enlist folder "$real/${2##*/}"
+    else
+        enlist file "$real/${2##*/}" < "$1"
+    fi
+}
+
+# Lists end with "end", so that one that a full disk has cut off can be told.
+write_list() {
+    {
+        printf '%s' "$made"
+        each_other enlist_other "$@"
+        each enlist_member "$@"
+        echo end
+    } > "$share/installed.new"
+}
+
+# What the older version has, and the new one has not.
+write_dropped() {
+    cut -d ' ' -f 4- "$share/installed.new" > "$share/paths.new"
+    is_whole "$share/paths.new" || return
+    while IFS= read -r line; do
+        path=${line#* * * }
+        [ "$line" = end ] || grep -Fqx -e "$path" "$share/paths.new" || printf '%s\n' "$line"
+    done < "$share/installed" > "$share/dropped.new"
+    echo end >> "$share/dropped.new"
+}
+
+is_whole() { [ "$(tail -n 1 "$1")" = end ]; }
+
+write_uninstaller() { printf '%s' "$uninstaller" > "$share/uninstaller.new"; }
+
+make_list() {
+    take_away_list
+    made=
+    for place in "$prefix" "$prefix/bin" "$prefix/share"; do
+        [ -d "$place" ] && continue
+        attempt "$read_only" mkdir "$place"
+        made=$made$(enlist folder "$place")$line_feed
+    done
+    [ -d "$share" ] || attempt "$read_only" mkdir "$share"
+    attempt "$no_room" write_list "$@"
+    is_whole "$share/installed.new" || exit "$no_room"
+    if [ -f "$share/installed" ]; then
+        attempt "$no_room" write_dropped
+        is_whole "$share/dropped.new" || exit "$no_room"
+    fi
+    attempt "$no_room" write_uninstaller
+    [ "$(wc -c < "$share/uninstaller.new")" -eq "$(printf '%s' "$uninstaller" | wc -c)" ] ||
+        exit "$no_room"
+}
+
+# The new list takes the old one's place, and what only the old one has is removed.
+change_lists() {
+    if [ -f "$share/dropped.new" ]; then
+        sh "$share/uninstaller.new" --only "$share/dropped.new"
+        grep -Fvx -e end "$share/dropped.new" >> "$share/installed.new"
+    fi
+    chmod 755 "$share/uninstaller.new"
+    mv -fT "$share/uninstaller.new" "$prefix/bin/uninstall-$name"
+    mv -fT "$share/installed.new" "$share/installed"
+    rm -f "$share"/*.new
+}
+
+# Folders that were made for the list go with it.
+take_away_list() {
+    [ -n "$prefix" ] && [ -d "$share" ] || return 0
+    made=$line_feed$(cat "$share/installed.new")$line_feed
+    rm -f "$share"/*.new
+    rmdir "$share"
+    for place in "$prefix/share" "$prefix/bin" "$prefix"; do
+        case $made in
+        *"$line_feed$(enlist folder "$place")$line_feed"*) rmdir "$place" ;;
+        esac
+    done
+}
+
 put_beside() {
     each start_afresh "$@"
     each extract "$@"
+    [ -z "$prefix" ] || make_list "$@"
 }
 
 complete() {
@@ -131,11 +279,17 @@ take_away_old() { rm -rf "$1/.$name-old"; }
 
 take_away_new() { rm -rf "$1/.$name-new"; }
 
+take_away_all_new() {
+    each take_away_new "$@"
+    take_away_list
+}
+
 move_into_place() {
     (each complete "$@") || return
     (each change "$@") && {
         each take_away_old "$@"
-        return
+        [ -z "$prefix" ] || change_lists
+        return 0
     }
     failed=$?
     each change_back "$@"
@@ -150,16 +304,16 @@ put_beside)
     status=$?
     trap '' HUP INT TERM
     [ $status -le 128 ] || status=$interrupted
-    [ $status -eq 0 ] || each take_away_new "$@"
+    [ $status -eq 0 ] || take_away_all_new "$@"
     ;;
 move_into_place)
     trap '' HUP INT TERM # a matter of a moment, which is not to be cut off
     move_into_place "$@"
     status=$?
-    each take_away_new "$@"
+    take_away_all_new "$@"
     ;;
 abandon)
-    each take_away_new "$@"
+    take_away_all_new "$@"
     status=0
     ;;
 esac

@@ -1,7 +1,8 @@
 // install_steps.h: the steps of a careful installation, which a shell carries out.
 //
 // zeph_install_steps is the text of resources/steps/install.sh, which tells how it is called and
-// what its steps do. A step ends with one of these when it could not be done.
+// what its steps do; zeph_uninstaller is that of uninstall.sh beside it. A step ends with one of
+// these when it could not be done.
 #pragma once
 
 enum InstallStepStatus {
@@ -17,5 +18,6 @@ enum InstallStepStatus {
 extern "C" {
 #pragma GCC visibility push(hidden)
 extern const char zeph_install_steps[];
+extern const char zeph_uninstaller[];
 #pragma GCC visibility pop
 }

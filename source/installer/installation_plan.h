@@ -8,8 +8,10 @@
 #include "privilege/privileged_plan.h"
 
 struct InstallationSite {
-    const char* folder;  // where to install, absolute
-    const char* desktop; // the folder of the person's desktop; null = not known
+    const char* folder;                // where to install, absolute
+    const char* desktop;               // the folder of the person's desktop; null = not known
+    bool folder_made = false;          // folder is there because this run has made it
+    bool extra_folder_missing = false; // extra_folder is not there yet
 };
 
 // Fills the plan that makes default_install_folder where it is missing. settings must live as long

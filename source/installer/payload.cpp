@@ -21,6 +21,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 namespace {
 
@@ -89,6 +90,11 @@ bool find_desktop(char (&folder)[PATH_MAX]) {
                                             : default_desktop_folder(folder, home);
 }
 
+bool is_there(const char* path) {
+    struct stat status {};
+    return stat(path, &status) == 0;
+}
+
 // With verify_installation the person is told why.
 std::int32_t fail_for(const char* what, const char* reason) {
     if (product.verify_installation == 1 && reason != nullptr && installer.cancel_requested == 0) {
@@ -139,10 +145,13 @@ void offer_default_folder() {
     }
     PrivilegedPlan plan;
     make_folder_plan(&plan, product);
+    const bool missing = !is_there(product.default_install_folder);
     if (carry_out(plan).status != 0 || chdir(product.default_install_folder) != 0) {
         log_print("** ERROR ** %s: Unable to open folder - %s\n", installer.title,
                   product.default_install_folder);
+        return;
     }
+    installer.default_folder_made = missing;
 }
 
 std::int32_t copy_files() {
@@ -158,8 +167,12 @@ std::int32_t copy_files() {
     }
     char desktop[PATH_MAX];
     PrivilegedPlan plan;
-    make_installation_plan(
-        &plan, product, {.folder = folder, .desktop = find_desktop(desktop) ? desktop : nullptr});
+    make_installation_plan(&plan, product,
+                           {.folder = folder,
+                            .desktop = find_desktop(desktop) ? desktop : nullptr,
+                            .folder_made = installer.default_folder_made &&
+                                           std::strcmp(folder, product.default_install_folder) == 0,
+                            .extra_folder_missing = !is_there(product.extra_folder)});
     const PlanResult result = carry_out(plan);
     return result.status == 0
                ? 0

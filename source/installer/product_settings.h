@@ -28,6 +28,7 @@ struct ProductSettings {
     std::int32_t unpacking_step;        // bytes written between two moves of the bar
     std::int32_t offer_default_folder;  // 1 = the browser opens in default_install_folder
     std::int32_t verify_installation;   // 1 = put in place what is there whole, or nothing
+    std::int32_t uninstaller;           // 1 = leave a list and a script that removes what it names
     std::int32_t exact_folder_names;    // 1 = each path is one word for root, whatever it holds
     std::int32_t modern_input;          // 1 = keys, paste and buttons as in today's programs
 };
@@ -53,6 +54,7 @@ inline constexpr ProductSettings product = {
     .unpacking_step = 8192,
     .offer_default_folder = 0,
     .verify_installation = 0,
+    .uninstaller = 0,
     .exact_folder_names = 0,
     .modern_input = 0,
 };

@@ -214,3 +214,9 @@ TEST(SettingsErrors, ExtraFolderThatWouldNeverBeMade) {
     product.set("extra_folder", "\"/usr/share/x\"");
     product.expect_refused({"create_extra_folder: ", "install_desktop_files = 1"});
 }
+
+TEST(SettingsErrors, UninstallerForWhatIsNotPutInPlaceAsAWhole) {
+    const ProductFolder product;
+    product.set("verify_installation", "0");
+    product.expect_refused({"uninstaller: is 1", "set verify_installation = 1"});
+}

@@ -24,17 +24,25 @@ inline constexpr int interrupted = 77;
 inline constexpr const char* archive = "/tmp/archive.tar.gz";
 inline constexpr const char* bundle = "tilt.lv2";
 
+// What is kept beside the installation.
+struct Keeping {
+    std::string prefix = {};              // where the list and the uninstaller go; empty = neither
+    std::vector<std::string> others = {}; // pairs of SOURCE and TARGET
+};
+
 // The command of a step of the product "tilt": its bundle goes into the folder.
 [[nodiscard]] std::vector<std::string> step_command(const std::vector<std::string>& shell,
                                                     const std::string& step,
-                                                    const std::string& folder);
+                                                    const std::string& folder,
+                                                    const Keeping& keeping = {});
 
 // Runs it to its end; the exit status.
 int run_step(const std::vector<std::string>& shell, const std::string& step,
-             const std::string& folder);
+             const std::string& folder, const Keeping& keeping = {});
 
 // Both steps of an installation, as far as they go; the exit status of the last.
-int install(const std::vector<std::string>& shell, const std::string& folder);
+int install(const std::vector<std::string>& shell, const std::string& folder,
+            const Keeping& keeping = {});
 
 // Everything in the folder, a line each: kind, mode, owner, name, link's target, content.
 [[nodiscard]] std::string tree_of(const std::string& folder);

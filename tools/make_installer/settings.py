@@ -18,6 +18,7 @@ SWITCHES = (
     "find_desktop_folder",
     "offer_default_folder",
     "verify_installation",
+    "uninstaller",
     "exact_folder_names",
     "modern_input",
 )
@@ -207,6 +208,11 @@ class Checker:
             wrong = "names no main category, so no menu would show the entry"
             self.complain("desktop_categories", wrong, 'add one, for example "AudioVideo;"')
 
+    def check_uninstaller(self):
+        if self.values.get("uninstaller") == 1 and self.values.get("verify_installation") == 0:
+            wrong = "is 1, but only what is put in place as a whole can be listed"
+            self.complain("uninstaller", wrong, "set verify_installation = 1 or this to 0")
+
     def check_switches(self):
         if self.values.get("create_extra_folder") != 1:
             return
@@ -238,6 +244,7 @@ class Checker:
         self.check_folder("extra_folder", needed=False)
         self.check_switches()
         self.check_choices()
+        self.check_uninstaller()
         for setting in FILES:
             self.text(setting)
 

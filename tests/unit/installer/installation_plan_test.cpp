@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -79,16 +80,57 @@ TEST(InstallationPlan, WithVerifyInstallationPutsTheFilesBesideThenIntoPlace) {
     settings.verify_installation = 1;
     settings.plugin_name = "tilt.lv2";
     const PrivilegedPlan plan = plan_of(settings);
-    const std::string rest = " tilt /tmp/zeph-installer-data.tar.gz /opt/my lv2 tilt.lv2";
+    const std::string rest = " tilt /tmp/zeph-installer-data.tar.gz   /opt/my lv2 tilt.lv2 --";
     ASSERT_EQ(plan.step_count, 2U);
     EXPECT_EQ(careful_line(plan.steps[0]), "sh -c install put_beside" + rest);
     EXPECT_EQ(careful_line(plan.steps[1]), "sh -c install move_into_place" + rest);
     EXPECT_EQ(careful_line(plan.undo), "sh -c install abandon" + rest);
-    EXPECT_STREQ(plan.steps[0].words[7], "/opt/my lv2");
+    EXPECT_STREQ(plan.steps[0].words[7], ""); // no uninstaller
+    EXPECT_STREQ(plan.steps[0].words[8], "");
+    EXPECT_STREQ(plan.steps[0].words[9], "/opt/my lv2");
     EXPECT_TRUE(plan.steps[0].cancel_wait);
     EXPECT_TRUE(plan.steps[0].keeps_undo);
     EXPECT_FALSE(plan.steps[1].cancel_wait);
     EXPECT_FALSE(plan.steps[1].keeps_undo);
+}
+
+// All that is installed, also by other steps.
+TEST(InstallationPlan, WithAnUninstallerNamesWhatIsToBeListed) {
+    ProductSettings settings = careful;
+    settings.verify_installation = 1;
+    settings.uninstaller = 1;
+    settings.plugin_name = "tilt.lv2";
+    settings.install_desktop_files = 1;
+    settings.create_extra_folder = 1;
+    PrivilegedPlan plan;
+    make_installation_plan(&plan, settings,
+                           {.folder = "/opt/my lv2",
+                            .desktop = "/home/A B/Desktop",
+                            .folder_made = true,
+                            .extra_folder_missing = true});
+    EXPECT_FALSE(plan.falls_short);
+    ASSERT_EQ(plan.step_count, 7U);
+    for (const PlanStep* step : {&plan.steps[0], &plan.steps[1], &plan.undo}) {
+        EXPECT_STREQ(step->words[7], "/usr/local");
+        EXPECT_STREQ(step->words[8], zeph_uninstaller);
+        const char* const others[] = {"--",
+                                      "folder",
+                                      "/opt/my lv2",
+                                      "/tmp/zeph-installer-desktop-icon.png",
+                                      "/usr/share/icons/tilt.png",
+                                      "/tmp/zeph-installer-desktop-file.desktop",
+                                      "/usr/share/applications/tilt.desktop",
+                                      "/tmp/zeph-installer-desktop-file.desktop",
+                                      "/home/A B/Desktop/tilt.desktop",
+                                      "folder",
+                                      "/usr/share/tilt-presets",
+                                      nullptr};
+        for (std::size_t i = 0; i < std::size(others); ++i) {
+            EXPECT_STREQ(step->words[11 + i], others[i]);
+        }
+    }
+    make_installation_plan(&plan, settings, {.folder = "/opt/my lv2", .desktop = nullptr});
+    EXPECT_STREQ(plan.steps[0].words[16], nullptr);
 }
 
 TEST(InstallationPlan, WithDesktopFilesCopiesIconAndEntry) {
