@@ -2,6 +2,7 @@
 
 #include "support/window_manager_setup.h"
 
+#include <filesystem>
 #include <fstream>
 
 namespace support {
@@ -38,8 +39,10 @@ constexpr const char* openbox_configuration =
 )";
 
 constexpr const char* icewm_configuration = "ShowTaskBar=0\n";
-// Without it fluxbox looks for a program that paints the background, and complains in a window.
-constexpr const char* fluxbox_style = "background: none\n";
+// With a style that it comes with, fluxbox looks for a program that paints the background, and
+// complains in a window. A configuration without a version it takes for an old one, and replaces.
+constexpr const char* fluxbox_configuration = "session.configVersion: 13\nsession.styleFile: ";
+constexpr const char* fluxbox_style = "background: solid\nbackground.color: black\n";
 constexpr const char* i3_configuration = "# i3 config file (v4)\n"
                                          "font fixed\n"
                                          "floating_modifier Mod4\n";
@@ -84,9 +87,10 @@ WindowManagerSetup set_up_window_manager(WindowManagerKind kind, const std::stri
     case WindowManagerKind::icewm:
         return with(icewm_configuration, {"icewm", "--config=" + file});
     case WindowManagerKind::fluxbox:
+        std::filesystem::create_directories(folder + "/.fluxbox");
+        std::ofstream(folder + "/.fluxbox/init") << fluxbox_configuration << folder << "/style\n";
         std::ofstream(folder + "/style") << fluxbox_style;
-        return with(("session.styleOverlay: " + folder + "/style\n").c_str(),
-                    {"fluxbox", "-rc", file});
+        return {{"fluxbox"}};
     case WindowManagerKind::i3:
         return with(i3_configuration, {"i3", "-a", "-c", file});
     }
