@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
+#include <thread>
 
 namespace desktops {
 namespace {
@@ -24,6 +25,7 @@ constexpr std::chrono::milliseconds patience{15'000};
 constexpr int frame_size = 48;
 constexpr int title_bar_middle = 9;
 constexpr std::uint32_t from_a_pager = 2;
+constexpr std::chrono::milliseconds longest_double_click{600};
 
 std::string text_of(const Place& place) {
     return std::to_string(place.width) + "x" + std::to_string(place.height) + "+" +
@@ -192,6 +194,9 @@ private:
             move_to(place.x - distance, place.y);
         }
         check("moved half off", stands_off(true), where());
+        // Two presses on a title bar in quick succession are a double click, which may roll a
+        // window up.
+        std::this_thread::sleep_for(longest_double_click);
         drag(distance);
         if (!stands_off(false)) {
             move_to(place.x, place.y);
