@@ -67,7 +67,8 @@ void expect_icon(const DisplayView& view, XWindow window, const std::string& fil
     EXPECT_EQ(words[1], 64U);
     const Colour middle = artwork.at(32, 32);
     EXPECT_EQ(words[2 + 32 * 64 + 32], 0xFF000000U | static_cast<unsigned>(middle.red) << 16 |
-                                           static_cast<unsigned>(middle.green) << 8 | middle.blue);
+                                           static_cast<unsigned>(middle.green) << 8 |
+                                           static_cast<unsigned>(middle.blue));
     // Opaque pixels lose up to one step of brightness when they are blended.
     constexpr int blending = 2;
     EXPECT_TRUE(near_colour(icon.at(32, 32), artwork.at(32, 32), blending));

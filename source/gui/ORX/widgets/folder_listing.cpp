@@ -66,7 +66,7 @@ void make_keys(const DirEntry* table, std::int32_t count, SortedRow* rows, unsig
 // a mount whose server has gone would never answer.
 mode_t mode_of(int folder, const dirent& found, mode_t mode_before) {
     if (found.d_type != DT_LNK && found.d_type != DT_UNKNOWN) {
-        return DTTOIF(found.d_type);
+        return static_cast<mode_t>(DTTOIF(found.d_type));
     }
     struct stat status {};
     return fstatat(folder, found.d_name, &status, 0) == 0 ? status.st_mode : mode_before;
