@@ -30,8 +30,8 @@ visitor=$PWD/build/release/tests/desktops/zeph-desktop-visit
 make_root bookworm "" "${packages[@]}"
 amiss=0
 
-# inside FOLDER PROGRAM ARGUMENT...: runs inside.sh on a fresh copy of the root.
-inside() {
+# on_a_copy FOLDER PROGRAM ARGUMENT...: runs inside.sh on a fresh copy of the root.
+on_a_copy() {
     local folder=$1 program=$2
     shift 2
     mkdir -p "$folder"
@@ -67,7 +67,7 @@ inputs() {
     for way in dead-keys compose ibus-dead-keys ibus-compose fcitx5-dead-keys fcitx5-compose \
         xclip xsel gtk; do
         name=input-$way
-        say "$name" "$(inside "$results/$name" "$modern" input "$way")" accepted
+        say "$name" "$(on_a_copy "$results/$name" "$modern" input "$way")" accepted
     done
 }
 
@@ -78,7 +78,7 @@ for name in "$@"; do
     if [ "$name" = inputs ]; then
         inputs
     else
-        say "$name" "$(inside "$results/$name" "$installer" "$name")" "$(wanted_of "$name")"
+        say "$name" "$(on_a_copy "$results/$name" "$installer" "$name")" "$(wanted_of "$name")"
     fi
 done
 exit "$amiss"

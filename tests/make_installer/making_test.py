@@ -9,6 +9,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import time
 import threading
 import unittest
 from contextlib import redirect_stderr, redirect_stdout
@@ -317,6 +318,9 @@ class Stopping(unittest.TestCase):
                 _, complained = process.communicate(timeout=20)
                 self.assertEqual(process.returncode, 130)
                 self.assertEqual(complained, "\nmake-installer: stopped\n")
+                deadline = time.monotonic() + 20  # they are told at once, and end when they can
+                while processes_with(top) and time.monotonic() < deadline:
+                    time.sleep(0.05)
                 self.assertEqual(processes_with(top), [])
                 self.assertFalse(os.path.exists(top + "/dist"))
 

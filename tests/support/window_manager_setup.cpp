@@ -38,7 +38,10 @@ constexpr const char* openbox_configuration =
 </openbox_config>
 )";
 
-constexpr const char* icewm_configuration = "ShowTaskBar=0\n";
+// Newer ones keep windows on the screen.
+constexpr const char* icewm_configuration = "ShowTaskBar=0\n"
+                                            "LimitPosition=0\n"
+                                            "EdgeResistance=0\n";
 // With a style that it comes with, fluxbox looks for a program that paints the background, and
 // complains in a window. A configuration without a version it takes for an old one, and replaces.
 constexpr const char* fluxbox_configuration = "session.configVersion: 13\nsession.styleFile: ";
