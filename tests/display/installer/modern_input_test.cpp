@@ -15,9 +15,9 @@ struct ModernInput : MainInput {
     void SetUp() override {
         installer.modern_input = true;
         engine_set_converted_paste(desk.engine, true);
-        ASSERT_NO_FATAL_FAILURE(MainInput::SetUp());
         ASSERT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr);
-        installer.text->utf8 = 1;
+        installer.text->utf8 = 1; // before anything is painted
+        ASSERT_NO_FATAL_FAILURE(MainInput::SetUp());
     }
     ~ModernInput() override {
         std::setlocale(LC_ALL, "C");
