@@ -35,7 +35,7 @@ struct WindowPicture {
     ImageSurface* image = nullptr;
 };
 
-struct InstallerState {
+struct InstallerState { // NOLINT(clang-analyzer-optin.performance.Padding)
     // The process frame.
     char title[title_size] = {};    // "PRODUCT VERSION Installer": names the process in each line
     char subtitle[title_size] = {}; // "- PRODUCT VERSION Installer -": line 0 of every screen

@@ -46,13 +46,14 @@ void read(FolderReading* reading) {
     }
     reading->readable = folder_listing_read(reading->entries, "./", &reading->visible);
     folder_listing_sort(reading->entries);
+}
+
+void* run(void* record) {
+    auto* reading = static_cast<FolderReading*>(record);
+    read(reading);
     if (reading->stage.exchange(Stage::done) == Stage::abandoned) {
         free_reading(reading);
     }
-}
-
-void* run(void* reading) {
-    read(static_cast<FolderReading*>(reading));
     return nullptr;
 }
 
@@ -88,6 +89,7 @@ FolderReading* folder_reading_start(const char* folder) {
     }
     if (!start_thread(reading)) {
         read(reading);
+        reading->stage = Stage::done;
     }
     return reading;
 }
