@@ -21,6 +21,17 @@ void Album::keep(Scenario& scenario, support::XWindow window, const char* name,
     std::fflush(stdout);
 }
 
+void keep_screens_up_to_a_wrong_password(Scenario& scenario, Album& album) {
+    scenario.reach_splash();
+    album.keep(scenario, scenario.splash_window(), "splash", "the splash");
+    scenario.reach_main_window_from_splash();
+    scenario.reach_password_screen_from_main_window();
+    album.keep(scenario, scenario.main_window(), "password", "asks for the password");
+    scenario.give_password("mistyped");
+    scenario.reach_wrong_password_screen();
+    album.keep(scenario, scenario.main_window(), "wrong-password", "a wrong one was typed");
+}
+
 void say(const std::string& text) {
     std::printf("%s\n", text.c_str());
     std::fflush(stdout);

@@ -52,14 +52,7 @@ void mount_plugin_folder(const Scenario& scenario, const std::string& folder) {
 PluginFile install(const Tour& tour, Album& album) {
     Scenario scenario(with(Rights::sudo, tour));
     mount_plugin_folder(scenario, tour.folder);
-    scenario.reach_splash();
-    album.keep(scenario, scenario.splash_window(), "splash", "the splash");
-    scenario.reach_main_window_from_splash();
-    scenario.reach_password_screen_from_main_window();
-    album.keep(scenario, scenario.main_window(), "password", "asks for the password");
-    scenario.give_password("mistyped");
-    scenario.reach_wrong_password_screen();
-    album.keep(scenario, scenario.main_window(), "wrong-password", "a wrong one was typed");
+    keep_screens_up_to_a_wrong_password(scenario, album);
     scenario.give_password(user_password);
     scenario.reach_unpacking();
     scenario.wait_for("a third of the bar", [&] {

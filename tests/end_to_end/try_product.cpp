@@ -70,14 +70,7 @@ void install(const Words& words, Album& album) {
     const std::string choice = scenario.account().home + "/" + chosen_name;
     files::create_directory(choice);
     support::give_to(scenario.account(), choice);
-    scenario.reach_splash();
-    album.keep(scenario, scenario.splash_window(), "splash", "the splash");
-    scenario.reach_main_window_from_splash();
-    scenario.reach_password_screen_from_main_window();
-    album.keep(scenario, scenario.main_window(), "password", "asks for the password");
-    scenario.give_password("mistyped");
-    scenario.reach_wrong_password_screen();
-    album.keep(scenario, scenario.main_window(), "wrong-password", "a wrong one was typed");
+    keep_screens_up_to_a_wrong_password(scenario, album);
     const auto start = std::chrono::steady_clock::now();
     scenario.give_password(user_password);
     scenario.reach_unpacking();
