@@ -1,22 +1,18 @@
 // reply_memory.cpp: reading a property, and writing over where its value has been.
 #include "gui/ORX/core/reply_memory.h"
 
-#include <X11/Xatom.h>
+#include "gui/ORX/core/blank_answer.h"
+
 #include <malloc.h>
 
-#include <algorithm>
 #include <cstring>
 
 namespace {
 
 constexpr long largest_answer = 10'000'000; // in units of 4 bytes
-// The buffer through which xcb reads the connection has 16 KiB; an answer that is larger fills it.
-constexpr unsigned long more_than_the_buffer = 20'000;
 // What freed memory is filled with, but for small pieces and the last word of large ones. Such a
 // piece is handed out again to whoever asks for as much.
 constexpr int pattern = 0xA5;
-// A busy server may send an answer in parts, and the buffer is then not filled at once.
-constexpr int several_times = 3;
 
 PropertyText read_property(Display* display, Window window, Atom property, Atom wanted) {
     Atom type = 0;
@@ -39,23 +35,14 @@ PropertyText read_property(Display* display, Window window, Atom property, Atom 
     return text;
 }
 
-void read_blanks(Display* display, Window window, Atom property, unsigned long size) {
-    static const unsigned char blanks[more_than_the_buffer] = {};
-    XChangeProperty(display, window, property, XA_STRING, 8, PropModeReplace, blanks,
-                    static_cast<int>(size));
-    free_reply(read_property(display, window, property, XA_STRING).data);
-}
-
 // As large as the answer was, for the memory that it was in; then larger than the buffer, which
 // may hold events before the answer.
 void overwrite_answer(Display* display, Window window, unsigned long size) {
     const Atom property = XInternAtom(display, "_ORX_BLANKS", False);
-    for (int time = 0; time < several_times; ++time) {
-        if (size < more_than_the_buffer) {
-            read_blanks(display, window, property, size);
-        }
-        read_blanks(display, window, property, more_than_the_buffer);
+    if (size < more_than_the_buffer) {
+        take_blank_answer(display, window, property, size);
     }
+    take_blank_answer(display, window, property, more_than_the_buffer);
     XDeleteProperty(display, window, property);
 }
 
