@@ -1,13 +1,14 @@
 // console_log.cpp: formatted text to standard output, flushed.
 #include "installer/console_log.h"
 
+#include "gui/ORX/core/console_line.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include <climits>
 #include <cstdarg>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -31,9 +32,8 @@ std::size_t control_at(const char* text) {
 void log_print(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    (void)std::vprintf(format, arguments);
+    console_print_list(format, arguments);
     va_end(arguments);
-    (void)std::fflush(stdout);
 }
 
 // A pipe that is ready takes that much at once.

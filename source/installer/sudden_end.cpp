@@ -13,10 +13,11 @@
 #include <cstring>
 
 void report_lost_display() {
+    // In this order: the console may keep this thread waiting.
+    installer.cancel_requested = 1;
     if (!installer.lost_display_reported.exchange(true)) {
         log_print("** ERROR ** %s: Lost connection to X server\n", installer.title);
     }
-    installer.cancel_requested = 1;
 }
 
 void say_farewell() {
@@ -49,8 +50,9 @@ void end_without_main_thread() {
 }
 
 void end_suddenly() {
-    report_lost_display();
+    installer.cancel_requested = 1; // what runs as root sees it, and nothing begins after it
     installer.work_lock.lock();
+    report_lost_display();
     flockfile(stdout); // the flow may still be about to say something
     forget_password();
     if (installer.field != nullptr) {

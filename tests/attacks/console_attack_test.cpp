@@ -21,7 +21,8 @@ public:
         (void)mkfifo(path_, 0666);
         (void)chmod(path_, 0666);
         pipe_ = open(path_, O_RDWR | O_NONBLOCK | O_CLOEXEC);
-        faults::start_through_shell(scenario, "", "", std::string("> ") + path_);
+        faults::start_through_shell(scenario, faults::end_without_sleep, "",
+                                    std::string("> ") + path_);
     }
     ~UnreadConsole() { close(pipe_); }
     UnreadConsole(const UnreadConsole&) = delete;
@@ -61,6 +62,17 @@ TEST(ClosingWithFullConsole, EndsTheRun) {
     scenario.reach_password_screen();
     console.fill();
     scenario.view().ask_to_close(scenario.main_window());
+    const auto end = scenario.installer().wait_for_end(std::chrono::milliseconds{2'000});
+    ASSERT_TRUE(end);
+    EXPECT_TRUE(ended_clean(*end));
+}
+
+TEST(LostDisplayWithFullConsole, EndsTheRun) {
+    Scenario scenario;
+    const UnreadConsole console(scenario);
+    scenario.reach_password_screen();
+    console.fill();
+    scenario.lose_screen();
     const auto end = scenario.installer().wait_for_end(std::chrono::milliseconds{2'000});
     ASSERT_TRUE(end);
     EXPECT_TRUE(ended_clean(*end));

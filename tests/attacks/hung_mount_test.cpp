@@ -150,7 +150,8 @@ TEST_P(HungHome, IsLeftByASignal) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         Scenario scenario(without_leak_checker());
         const HungMount mount("/run/hung");
-        faults::start_through_shell(scenario, "export HOME=/run/hung " + std::string(GetParam()));
+        faults::start_through_shell(scenario, std::string(faults::end_without_sleep) +
+                                                  "export HOME=/run/hung " + GetParam());
         if (*GetParam() == '\0') {
             scenario.start();
             scenario.wait_for("the start", [&] {

@@ -17,6 +17,11 @@ namespace faults {
 void start_through_shell(const end_to_end::Scenario& scenario, const std::string& prepare,
                          const std::string& wrap = {}, const std::string& rest = {});
 
+// For prepare, where the time counts that an end takes: a thread sanitizer, if there is one, sleeps
+// for a second before it.
+inline constexpr const char* end_without_sleep =
+    "export TSAN_OPTIONS=$TSAN_OPTIONS:atexit_sleep_ms=0;";
+
 // Changes the world's /tmp as `mount -o remount` does; flags are those of mount(2), data such as
 // "size=512k".
 void remount_tmp(unsigned long flags, const std::string& data = {});

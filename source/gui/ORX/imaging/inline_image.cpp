@@ -1,11 +1,11 @@
 // inline_image.cpp: a Pixbuf over a blob's own pixels.
 #include "gui/ORX/imaging/inline_image.h"
 
+#include "gui/ORX/core/console_line.h"
 #include "gui/ORX/imaging/pixbuf.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <new>
 
 namespace {
@@ -25,8 +25,7 @@ std::uint32_t big_endian_word(const unsigned char* bytes) {
 
 Pixbuf* orx_pixbuf_new_from_inline(UiEngine*, const unsigned char* blob) {
     if (blob == nullptr || big_endian_word(blob) != blob_magic) {
-        std::puts("orx_pixbuf_new_from_inline - pixbuf is not a pixbuf test failed");
-        std::fflush(stdout);
+        print_line("orx_pixbuf_new_from_inline - pixbuf is not a pixbuf test failed");
         return nullptr;
     }
     // The record has one kind of pixel pointer; nothing writes through an inline one.

@@ -2,11 +2,11 @@
 #include "gui/ORX/imaging/ui_scale.h"
 
 #include "gui/ORX/core/connection_loss.h"
+#include "gui/ORX/core/console_line.h"
 #include "gui/ORX/core/engine.h"
 #include "gui/ORX/core/engine_locks.h"
 #include "gui/ORX/imaging/screen_density.h"
 
-#include <cstdio>
 #include <cstdlib>
 
 namespace {
@@ -56,12 +56,10 @@ float orx_ui_scale(UiEngine* engine) {
         return 1.0F;
     }
     const std::int32_t dpi = density(size);
-    std::printf("ORX-UI: UI dpi %d\n", dpi);
-    std::fflush(stdout);
+    console_print("ORX-UI: UI dpi %d\n", dpi);
     const float scale = scale_of_density(dpi);
     engine->ui_scale = scale;
-    std::printf("ORX-UI: UI scale %.01f %%\n", static_cast<double>(scale) * 100.0);
-    std::fflush(stdout);
+    console_print("ORX-UI: UI scale %.01f %%\n", static_cast<double>(scale) * 100.0);
     return scale;
 }
 

@@ -1,6 +1,7 @@
 // text_renderer.cpp: building the gamma tables, the metrics and the choice of encoding.
 #include "gui/ORX/text/text_renderer.h"
 
+#include "gui/ORX/core/console_line.h"
 #include "gui/ORX/text/font_data.h"
 #include "gui/ORX/text/glyph.h"
 #include "gui/ORX/text/glyph_blend.h"
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 #include <new>
 
@@ -82,8 +82,7 @@ TextRenderer* text_renderer_new(UiEngine* engine) {
     measure_font(text);
     text->utf8 = std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0 ? 1 : 0;
     if (text->utf8 != 0) {
-        std::puts("\nZEPH-UI: UI text - Using UTF-8 encoding");
-        std::fflush(stdout);
+        print_line("\nZEPH-UI: UI text - Using UTF-8 encoding");
     }
     return text;
 }
