@@ -12,10 +12,23 @@
 #include "unit/imaging/reference.h"
 #include "unit/imaging/test_images.h"
 
+#include <malloc.h>
+
 #include <array>
 #include <climits>
 #include <cmath>
 #include <limits>
+
+namespace {
+
+bool no_aligned_memory = false;
+
+} // namespace
+
+// In place of the C library's.
+void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
+    return no_aligned_memory ? nullptr : memalign(alignment, size);
+}
 
 namespace {
 
@@ -134,7 +147,7 @@ void collect(void* data, std::int64_t x, std::int64_t y, const std::uint8_t* pix
                     static_cast<std::ptrdiff_t>(y * collected->width + x) * 4);
 }
 
-TEST_F(ScalerTest, EveryInstructionSetGivesTheSameBytes) {
+TEST_F(ScalerTest, EveryInstructionSetGivesTheSameBytesWithMemoryOrWithout) {
     for (int round = 0; round < 300; ++round) {
         GuardedPixbuf source(static_cast<std::uint32_t>(number(random_, 1, 90)),
                              static_cast<std::uint32_t>(number(random_, 2, 40)),
@@ -158,9 +171,13 @@ TEST_F(ScalerTest, EveryInstructionSetGivesTheSameBytes) {
                              }
                          });
         for (const RowKernels* kernels : kernel_sets()) {
-            Collected got{120, std::vector<std::uint8_t>(120 * 90 * 4)};
-            scale_rows(*kernels, &source.pixbuf, request, 120, 90, collect, &got);
-            ASSERT_EQ(got.pixels, wanted.pixels) << kernels->name << " scale " << scale;
+            for (const bool without_memory : {false, true}) {
+                Collected got{120, std::vector<std::uint8_t>(120 * 90 * 4)};
+                no_aligned_memory = without_memory;
+                scale_rows(*kernels, &source.pixbuf, request, 120, 90, collect, &got);
+                no_aligned_memory = false;
+                ASSERT_EQ(got.pixels, wanted.pixels) << kernels->name << " scale " << scale;
+            }
         }
     }
 }

@@ -16,8 +16,9 @@
 // the output is opaque.
 //
 // Nothing is drawn when nothing of the image falls into the rectangle, from a source of one row,
-// for a null image, for a scale that is not a number above 0 or lies below about 1 / 32,768, and
-// when no memory can be had. Takes x_lock for the whole time; works without a display.
+// for a null image, and for a scale that is not a number above 0 or lies below about 1 / 32,768.
+// When no memory can be had the picture takes longer, and one at less than a tenth of its size is
+// not drawn. Takes x_lock for the whole time; works without a display.
 void orx_image_scale_from_pixbuf(UiEngine* engine, const Pixbuf* source, ImageSurface* destination,
                                  std::int32_t x, std::int32_t y, std::int32_t width,
                                  std::int32_t height, std::int32_t image_x, std::int32_t image_y,

@@ -60,6 +60,12 @@ bool source_step(float scale, std::int64_t& step) {
     return true;
 }
 
+void find_source_columns(ScalePlan& plan) {
+    const std::int64_t last_column = plan.first_column + plan.columns - 1;
+    plan.first_source_column = source_pixel(plan.first_column * plan.step) - 1;
+    plan.source_columns = source_pixel(last_column * plan.step) + 3 - plan.first_source_column;
+}
+
 bool make_plan(const Pixbuf* source, const ScaleRequest& request, std::int64_t surface_width,
                std::int64_t surface_height, ScalePlan& plan) {
     const std::int64_t left = std::max(request.x, 0);
@@ -94,15 +100,15 @@ bool make_plan(const Pixbuf* source, const ScaleRequest& request, std::int64_t s
     if (plan.columns < 1 || plan.rows < 1) {
         return false;
     }
-    const std::int64_t last_column = plan.first_column + plan.columns - 1;
-    plan.first_source_column = source_pixel(plan.first_column * plan.step) - 1;
-    plan.source_columns = source_pixel(last_column * plan.step) + 3 - plan.first_source_column;
+    find_source_columns(plan);
     return true;
 }
 
-// One allocation for everything that a call needs.
+constexpr std::size_t alignment = 64;
+
+// One piece of memory for everything that a call needs.
 struct ScaleBuffers {
-    std::unique_ptr<std::uint8_t, FreeMemory> memory;
+    std::unique_ptr<std::uint8_t, FreeMemory> memory; // null when it was given
     std::uint8_t* plan;
     std::uint32_t* offsets;
     std::uint8_t* padded;  // a source row with its edge pixels repeated
@@ -115,17 +121,20 @@ std::size_t round_up(std::size_t value, std::size_t granularity) {
     return (value + granularity - 1) / granularity * granularity;
 }
 
+// False when the memory given is too small, or when there is none for it to be made of.
 bool make_buffers(const RowKernels& kernels, const ScalePlan& plan, std::size_t columns,
-                  ScaleBuffers& buffers) {
-    constexpr std::size_t alignment = 64;
+                  std::uint8_t* given, std::size_t given_size, ScaleBuffers& buffers) {
     const std::size_t row_bytes = round_up(columns * 4, alignment);
     const std::size_t plan_bytes = round_up(columns * kernels.plan_bytes_per_column, alignment);
     const std::size_t padded_bytes =
         round_up((static_cast<std::size_t>(plan.source_columns) + readable_slack) * 4, alignment);
     const std::size_t bytes = plan_bytes + row_bytes * 6 + padded_bytes + columns;
-    buffers.memory.reset(
-        static_cast<std::uint8_t*>(std::aligned_alloc(alignment, round_up(bytes, alignment))));
-    std::uint8_t* next = buffers.memory.get();
+    std::uint8_t* next = bytes <= given_size ? given : nullptr;
+    if (given == nullptr) {
+        buffers.memory.reset(
+            static_cast<std::uint8_t*>(std::aligned_alloc(alignment, round_up(bytes, alignment))));
+        next = buffers.memory.get();
+    }
     if (next == nullptr) {
         return false;
     }
@@ -176,20 +185,14 @@ void pad_row(const Pixbuf* source, std::int64_t row, const ScalePlan& plan, std:
     }
 }
 
-} // namespace
-
-void scale_rows(const RowKernels& kernels, const Pixbuf* source, const ScaleRequest& request,
-                std::int64_t surface_width, std::int64_t surface_height, RowSink sink,
-                void* sink_data) {
-    ScalePlan plan{};
-    if (pixel_count(source) == 0 ||
-        !make_plan(source, request, surface_width, surface_height, plan)) {
-        return;
-    }
+// Renders the plan, in memory that is given or, without it, made. False when there is too little.
+bool render(const RowKernels& kernels, const Pixbuf* source, const ScaleRequest& request,
+            const ScalePlan& plan, std::uint8_t* given, std::size_t given_size, RowSink sink,
+            void* sink_data) {
     const std::size_t columns = round_up(static_cast<std::size_t>(plan.columns), row_granularity);
     ScaleBuffers buffers{};
-    if (!make_buffers(kernels, plan, columns, buffers)) {
-        return;
+    if (!make_buffers(kernels, plan, columns, given, given_size, buffers)) {
+        return false;
     }
     plan_columns(kernels, plan, columns, buffers);
 
@@ -213,5 +216,38 @@ void scale_rows(const RowKernels& kernels, const Pixbuf* source, const ScaleRequ
         kernels.mix_rows(tap_rows, source_phase(position), columns, buffers.output);
         sink(sink_data, request.image_x + plan.first_column, request.image_y + plan.first_row + row,
              buffers.output, static_cast<std::size_t>(plan.columns));
+    }
+    return true;
+}
+
+// The same in strips so narrow that the stack is enough for them.
+void render_in_strips(const RowKernels& kernels, const Pixbuf* source, const ScaleRequest& request,
+                      const ScalePlan& plan, RowSink sink, void* sink_data) {
+    constexpr std::int64_t strip_columns = 64;
+    constexpr std::size_t enough = 16'384; // for a picture at a tenth of its size, and larger
+    alignas(alignment) std::uint8_t memory[enough];
+    ScalePlan strip = plan;
+    for (std::int64_t done = 0; done < plan.columns; done += strip_columns) {
+        strip.first_column = plan.first_column + done;
+        strip.columns = std::min(strip_columns, plan.columns - done);
+        find_source_columns(strip);
+        if (!render(kernels, source, request, strip, memory, enough, sink, sink_data)) {
+            return;
+        }
+    }
+}
+
+} // namespace
+
+void scale_rows(const RowKernels& kernels, const Pixbuf* source, const ScaleRequest& request,
+                std::int64_t surface_width, std::int64_t surface_height, RowSink sink,
+                void* sink_data) {
+    ScalePlan plan{};
+    if (pixel_count(source) == 0 ||
+        !make_plan(source, request, surface_width, surface_height, plan)) {
+        return;
+    }
+    if (!render(kernels, source, request, plan, nullptr, 0, sink, sink_data)) {
+        render_in_strips(kernels, source, request, plan, sink, sink_data);
     }
 }

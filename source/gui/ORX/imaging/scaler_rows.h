@@ -30,7 +30,8 @@ using RowSink = void (*)(void* sink_data, std::int64_t x, std::int64_t y,
 
 // Renders the request for a surface of that size. Draws nothing when nothing of the image falls
 // into the rectangle, when the rows asked for come from a single source row, when the scale is not
-// a number above 0 or reaches below 1 / 32,768, and when no memory can be had.
+// a number above 0 or reaches below 1 / 32,768. When no memory can be had the rows come in short
+// pieces, from left to right; below a tenth of the source's size there are none then.
 void scale_rows(const RowKernels& kernels, const Pixbuf* source, const ScaleRequest& request,
                 std::int64_t surface_width, std::int64_t surface_height, RowSink sink,
                 void* sink_data);
