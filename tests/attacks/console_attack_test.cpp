@@ -1,11 +1,7 @@
 // The console: one that nobody reads, and names that somebody has made up for it.
 
+#include "attacks/unread_console.h"
 #include "end_to_end/expectations.h"
-#include "faults/surroundings.h"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -13,33 +9,6 @@
 namespace {
 
 using namespace end_to_end;
-
-// A pipe that nobody reads: once it is full, whoever writes there waits.
-class UnreadConsole {
-public:
-    explicit UnreadConsole(const Scenario& scenario) {
-        (void)mkfifo(path_, 0666);
-        (void)chmod(path_, 0666);
-        pipe_ = open(path_, O_RDWR | O_NONBLOCK | O_CLOEXEC);
-        faults::start_through_shell(scenario, faults::end_without_sleep, "",
-                                    std::string("> ") + path_);
-    }
-    ~UnreadConsole() { close(pipe_); }
-    UnreadConsole(const UnreadConsole&) = delete;
-    UnreadConsole& operator=(const UnreadConsole&) = delete;
-
-    void fill() const {
-        for (std::string text(4096, '-'); !text.empty();) {
-            if (write(pipe_, text.data(), text.size()) < 0) {
-                text.resize(text.size() / 2);
-            }
-        }
-    }
-
-private:
-    const char* path_ = "/run/console";
-    int pipe_ = -1;
-};
 
 class SignalWithFullConsole : public testing::TestWithParam<int> {};
 
