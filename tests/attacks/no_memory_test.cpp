@@ -79,6 +79,7 @@ TEST_P(NoMemoryFor, OneRequestHasATrueOutcome) {
     UndauntedPerson person(scenario_, user_password);
     person.play();
     const support::ChildEnd end = scenario_.finish();
+    RecordProperty("requests", no_memory::log());
     SCOPED_TRACE(scenario_.console() + scenario_.installer().error_output() + no_memory::log());
     EXPECT_EQ(end.exit_status, said(no_engine) || said(no_thread) ? 255 : 0);
     EXPECT_EQ(scenario_.console().ends_with(info("Exiting") + "\n"), !said(no_thread));
