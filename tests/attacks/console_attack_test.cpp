@@ -2,6 +2,7 @@
 
 #include "attacks/unread_console.h"
 #include "end_to_end/expectations.h"
+#include "faults/surroundings.h"
 
 #include <csignal>
 #include <filesystem>
@@ -20,7 +21,7 @@ TEST_P(SignalWithFullConsole, EndsTheRun) {
     scenario.reach_password_screen();
     console.fill();
     scenario.installer().send_signal(GetParam());
-    const auto end = scenario.installer().wait_for_end(std::chrono::milliseconds{2'000});
+    const auto end = scenario.installer().wait_for_end(faults::at_once);
     ASSERT_TRUE(end);
     EXPECT_TRUE(ended_clean(*end));
 }
@@ -31,7 +32,7 @@ TEST(ClosingWithFullConsole, EndsTheRun) {
     scenario.reach_password_screen();
     console.fill();
     scenario.view().ask_to_close(scenario.main_window());
-    const auto end = scenario.installer().wait_for_end(std::chrono::milliseconds{2'000});
+    const auto end = scenario.installer().wait_for_end(faults::at_once);
     ASSERT_TRUE(end);
     EXPECT_TRUE(ended_clean(*end));
 }
@@ -42,7 +43,7 @@ TEST(LostDisplayWithFullConsole, EndsTheRun) {
     scenario.reach_password_screen();
     console.fill();
     scenario.lose_screen();
-    const auto end = scenario.installer().wait_for_end(std::chrono::milliseconds{2'000});
+    const auto end = scenario.installer().wait_for_end(faults::at_once);
     ASSERT_TRUE(end);
     EXPECT_TRUE(ended_clean(*end));
 }

@@ -15,7 +15,8 @@ namespace {
 
 using namespace end_to_end;
 
-constexpr std::chrono::milliseconds at_once{2'000};
+using faults::at_once;
+
 // What is still to be done first takes a second or two: see below.
 constexpr std::chrono::milliseconds after_copying{8'000};
 
@@ -150,8 +151,7 @@ TEST_P(HungHome, IsLeftByASignal) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         Scenario scenario(without_leak_checker());
         const HungMount mount("/run/hung");
-        faults::start_through_shell(scenario, std::string(faults::end_without_sleep) +
-                                                  "export HOME=/run/hung " + GetParam());
+        faults::start_through_shell(scenario, std::string("export HOME=/run/hung ") + GetParam());
         if (*GetParam() == '\0') {
             scenario.start();
             scenario.wait_for("the start", [&] {

@@ -18,8 +18,7 @@ UnreadConsole::UnreadConsole(const end_to_end::Scenario& scenario, const std::st
     (void)mkfifo(path, 0666);
     (void)chmod(path, 0666);
     pipe_ = open(path, O_RDWR | O_NONBLOCK | O_CLOEXEC);
-    faults::start_through_shell(scenario, faults::end_without_sleep, wrap,
-                                std::string("> ") + path);
+    faults::start_through_shell(scenario, "", wrap, std::string("> ") + path);
 }
 
 UnreadConsole::~UnreadConsole() {

@@ -7,6 +7,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -17,10 +18,13 @@ namespace faults {
 void start_through_shell(const end_to_end::Scenario& scenario, const std::string& prepare,
                          const std::string& wrap = {}, const std::string& rest = {});
 
-// For prepare, where the time counts that an end takes: a thread sanitizer, if there is one, sleeps
-// for a second before it.
-inline constexpr const char* end_without_sleep =
-    "export TSAN_OPTIONS=$TSAN_OPTIONS:atexit_sleep_ms=0;";
+// How long a run that is to end at once may take, whatever hangs.
+#ifdef ZEPH_SANITIZED
+inline constexpr std::chrono::milliseconds at_once{
+    6'000}; // the thread sanitizer itself sleeps for one second
+#else
+inline constexpr std::chrono::milliseconds at_once{2'000};
+#endif
 
 // Changes the world's /tmp as `mount -o remount` does; flags are those of mount(2), data such as
 // "size=512k".

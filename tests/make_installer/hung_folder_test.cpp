@@ -40,8 +40,7 @@ TEST(HungFolderToInstallInto, IsLeftByASignalWithThePasswordWiped) {
 
     scenario.installer().send_signal(SIGTERM);
     // Then it is stopped, but for the thread that waits for the file system.
-    EXPECT_TRUE(scenario.installer().wait_for_output("Installer: Exiting\n\n",
-                                                     std::chrono::milliseconds{2'000}));
+    EXPECT_TRUE(scenario.installer().wait_for_output("Installer: Exiting\n\n", faults::at_once));
     EXPECT_EQ(faults::copies_in_memory(process, end_to_end::user_password),
               std::vector<std::string>{});
     scenario.installer().send_signal(SIGCONT);
