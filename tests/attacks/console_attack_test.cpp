@@ -11,6 +11,12 @@ namespace {
 
 using namespace end_to_end;
 
+void expect_end_at_once(Scenario& scenario) {
+    const auto end = scenario.installer().wait_for_end(faults::at_once);
+    ASSERT_TRUE(end);
+    EXPECT_TRUE(ended_clean(*end));
+}
+
 class SignalWithFullConsole : public testing::TestWithParam<int> {};
 
 INSTANTIATE_TEST_SUITE_P(Signals, SignalWithFullConsole, testing::Values(SIGTERM, SIGINT, SIGHUP));
@@ -21,9 +27,7 @@ TEST_P(SignalWithFullConsole, EndsTheRun) {
     scenario.reach_password_screen();
     console.fill();
     scenario.installer().send_signal(GetParam());
-    const auto end = scenario.installer().wait_for_end(faults::at_once);
-    ASSERT_TRUE(end);
-    EXPECT_TRUE(ended_clean(*end));
+    expect_end_at_once(scenario);
 }
 
 TEST(ClosingWithFullConsole, EndsTheRun) {
@@ -32,9 +36,7 @@ TEST(ClosingWithFullConsole, EndsTheRun) {
     scenario.reach_password_screen();
     console.fill();
     scenario.view().ask_to_close(scenario.main_window());
-    const auto end = scenario.installer().wait_for_end(faults::at_once);
-    ASSERT_TRUE(end);
-    EXPECT_TRUE(ended_clean(*end));
+    expect_end_at_once(scenario);
 }
 
 TEST(LostDisplayWithFullConsole, EndsTheRun) {
@@ -43,9 +45,7 @@ TEST(LostDisplayWithFullConsole, EndsTheRun) {
     scenario.reach_password_screen();
     console.fill();
     scenario.lose_screen();
-    const auto end = scenario.installer().wait_for_end(faults::at_once);
-    ASSERT_TRUE(end);
-    EXPECT_TRUE(ended_clean(*end));
+    expect_end_at_once(scenario);
 }
 
 TEST(FolderName, WritesNothingButItselfOnTheConsole) {
