@@ -15,6 +15,9 @@
 # the SOURCE's content; "folder" for SOURCE means that the TARGET is a folder. What an older version
 # has on its list, and the new one has not, is removed, unless it was changed.
 #
+# "new-folder" for SOURCE means that the TARGET is a folder to be made here, before the MEMBERs, in
+# the order given, where it is missing.
+#
 #     put_beside       makes .NAME-new of the archive, compares it with the archive, makes the list
 #     move_into_place  adds to .NAME-new what the old one holds beyond it, which is not ours to lose,
 #                      and changes old for new; when that fails, changes it back
@@ -50,7 +53,7 @@ attempt() {
     shift
     said=$("$@" 2>&1) && return
     case $said in
-    *"No space left"* | *"quota exceeded"*) exit "$no_room" ;;
+    *"No space left"* | *"Wrote only"* | *"quota exceeded"*) exit "$no_room" ;;
     *"Read-only file system"* | *"ermission denied"* | *"not permitted"*) exit "$read_only" ;;
     esac
     exit "$otherwise"
@@ -66,14 +69,25 @@ each() {
     done
 }
 
-# each_other ACTION ... -- SOURCE TARGET...: ACTION SOURCE TARGET for each pair after "--".
-each_other() {
-    other_action=$1
+# back ACTION FIRST SECOND...: the same from the last pair to the first.
+back() {
+    [ $# -gt 2 ] || return 0
+    (
+        action=$1
+        shift 3
+        back "$action" "$@"
+    )
+    "$1" "$2" "$3"
+}
+
+# others EACH-OR-BACK ACTION ... -- SOURCE TARGET...: ACTION SOURCE TARGET for pairs after "--".
+others() {
+    way=$1 other_action=$2
     while [ "$1" != -- ]; do
         shift
     done
     shift
-    each "$other_action" "$@"
+    "$way" "$other_action" "$@"
 }
 
 # keep OLD NEW: gives the folder NEW what the folder OLD has beyond it. Hard links take no room and
@@ -109,9 +123,19 @@ tar_in() {
     tar --no-unquote "$@"
 }
 
+make_folder() {
+    [ "$1" != new-folder ] || [ -d "$2" ] || attempt "$in_the_way" mkdir -m 755 "$2"
+}
+
+# Fails when it is not empty.
+take_away_folder() { [ "$1" != new-folder ] || rmdir "$2"; }
+
 extract() {
     new=$1/.$name-new
-    [ -d "$1" ] || exit "$no_folder"
+    if ! [ -d "$1" ]; then
+        there "$1" && exit "$in_the_way"
+        exit "$no_folder"
+    fi
     is_folder "$new" || attempt "$read_only" mkdir -m 700 "$new"
     attempt "$not_whole" tar_in "$new" -xf "$archive" -- "$2"
     attempt "$not_whole" tar_in "$new" -df "$archive" -- "$2"
@@ -168,18 +192,17 @@ enlist_member() {
 
 enlist_other() {
     find_real "${2%/*}"
-    if [ "$1" = folder ]; then
-        enlist folder "$real/${2##*/}"
-    else
-        enlist file "$real/${2##*/}" < "$1"
-    fi
+    case $1 in
+    folder | new-folder) enlist folder "$real/${2##*/}" ;;
+    *) enlist file "$real/${2##*/}" < "$1" ;;
+    esac
 }
 
 # Lists end with "end", so that one that a full disk has cut off can be told.
 write_list() {
     {
         printf '%s' "$made"
-        each_other enlist_other "$@"
+        others each enlist_other "$@"
         each enlist_member "$@"
         echo end
     } > "$share/installed.new"
@@ -247,6 +270,7 @@ take_away_list() {
 
 put_beside() {
     each start_afresh "$@"
+    others each make_folder "$@"
     each extract "$@"
     [ -z "$prefix" ] || make_list "$@"
 }
@@ -284,6 +308,11 @@ take_away_all_new() {
     take_away_list
 }
 
+leave_as_it_was() {
+    take_away_all_new "$@"
+    others back take_away_folder "$@"
+}
+
 move_into_place() {
     (each complete "$@") || return
     (each change "$@") && {
@@ -304,16 +333,20 @@ put_beside)
     status=$?
     trap '' HUP INT TERM
     [ $status -le 128 ] || status=$interrupted
-    [ $status -eq 0 ] || take_away_all_new "$@"
+    [ $status -eq 0 ] || leave_as_it_was "$@"
     ;;
 move_into_place)
     trap '' HUP INT TERM # a matter of a moment, which is not to be cut off
-    move_into_place "$@"
-    status=$?
-    take_away_all_new "$@"
+    if move_into_place "$@"; then
+        status=0
+        take_away_all_new "$@"
+    else
+        status=$?
+        leave_as_it_was "$@"
+    fi
     ;;
 abandon)
-    take_away_all_new "$@"
+    leave_as_it_was "$@"
     status=0
     ;;
 esac

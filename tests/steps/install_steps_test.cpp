@@ -183,7 +183,7 @@ TEST_P(InstallSteps, LeaveWhatIsInTheWay) {
 TEST_P(InstallSteps, WithoutAFolderOrWithAFileInItsPlaceSaySo) {
     EXPECT_EQ(install(GetParam(), "/tmp/nowhere"), no_folder);
     support::write_file("/tmp/file", "a file");
-    EXPECT_EQ(install(GetParam(), "/tmp/file"), no_folder);
+    EXPECT_EQ(install(GetParam(), "/tmp/file"), in_the_way);
     EXPECT_FALSE(fs::exists("/tmp/nowhere"));
 }
 

@@ -23,7 +23,9 @@ std::vector<std::string> step_command(const std::vector<std::string>& shell,
     std::vector<std::string> command = shell;
     command.insert(command.end(),
                    {"-c", text_of("resources/steps/install.sh"), "install", step, "tilt", archive,
-                    keeping.prefix, text_of("resources/steps/uninstall.sh"), folder, bundle, "--"});
+                    keeping.prefix, text_of("resources/steps/uninstall.sh"), folder, bundle});
+    command.insert(command.end(), keeping.items.begin(), keeping.items.end());
+    command.emplace_back("--");
     command.insert(command.end(), keeping.others.begin(), keeping.others.end());
     return command;
 }

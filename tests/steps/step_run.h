@@ -28,6 +28,7 @@ inline constexpr const char* bundle = "tilt.lv2";
 struct Keeping {
     std::string prefix = {};              // where the list and the uninstaller go; empty = neither
     std::vector<std::string> others = {}; // pairs of SOURCE and TARGET
+    std::vector<std::string> items = {};  // pairs of FOLDER and MEMBER, beside the bundle's
 };
 
 // The command of a step of the product "tilt": its bundle goes into the folder.
