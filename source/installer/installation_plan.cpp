@@ -1,6 +1,7 @@
 // installation_plan.cpp: the steps of an installation.
 #include "installer/installation_plan.h"
 
+#include "installer/folder_levels.h"
 #include "installer/install_steps.h"
 #include "installer/temporary_paths.h"
 
@@ -34,60 +35,113 @@ DesktopFiles desktop_files(PrivilegedPlan* plan, const ProductSettings& settings
 
 // The words of a step, one behind the other.
 struct WordList {
+    PrivilegedPlan* plan;
     PlanStep* step;
     std::size_t count;
+    bool full;
 };
 
-void add_pair(WordList* list, const char* first, const char* second) {
-    if (second != nullptr && list->count + 2 <= privileged_words_most) {
-        list->step->words[list->count++] = first;
-        list->step->words[list->count++] = second;
+void add_word(WordList* list, const char* word) {
+    list->full = list->full || list->count == privileged_words_most;
+    if (!list->full) {
+        list->step->words[list->count++] = word;
     }
 }
+
+void add_pair(WordList* list, const char* first, const char* second) {
+    add_word(list, first);
+    add_word(list, second);
+}
+
+// The last names of a folder, so many of them, from the topmost folder on.
+void add_levels(WordList* list, const char* kind, const char* folder, std::int32_t levels) {
+    for (std::int32_t below = levels - 1; below >= 0; --below) {
+        const char* path =
+            plan_text(list->plan, "%.*s", length_without_levels(folder, below), folder);
+        list->full = list->full || path == nullptr;
+        add_pair(list, kind, path);
+    }
+}
+
+void add_members(WordList* list, const ProductSettings& settings, const InstallationSite& site) {
+    add_pair(list, site.folder, settings.plugin_name);
+    for (const ProductItem& item : settings.items) {
+        if (item.name != nullptr) {
+            add_pair(list, item.folder != nullptr ? item.folder : site.folder, item.name);
+        }
+    }
+}
+
+void add_new_folders(WordList* list, const ProductSettings& settings,
+                     const InstallationSite& site) {
+    for (std::size_t i = 0; i < items_most; ++i) {
+        const ProductItem& item = settings.items[i];
+        if (item.name != nullptr && item.folder != nullptr) {
+            add_levels(list, "new-folder", item.folder, site.item_levels_missing[i]);
+        }
+    }
+}
+
+struct CopiedFile {
+    const char* source;
+    const char* target; // null = it has no place
+};
 
 // What other steps make, and the uninstaller is to know of.
 void add_others(WordList* list, const ProductSettings& settings, const InstallationSite& site,
                 const DesktopFiles& files) {
-    if (site.folder_made) {
-        add_pair(list, "folder", site.folder);
-    }
+    add_levels(list, "folder", site.folder, site.levels_made);
     if (settings.install_desktop_files == 0) {
         return;
     }
-    add_pair(list, icon_path, files.icon);
-    add_pair(list, entry_path, files.entry);
-    add_pair(list, entry_path, files.shown);
+    for (const CopiedFile& file :
+         {CopiedFile{icon_path, files.icon}, CopiedFile{entry_path, files.entry},
+          CopiedFile{entry_path, files.shown}}) {
+        if (file.target != nullptr) {
+            add_pair(list, file.source, file.target);
+        }
+    }
     if (settings.create_extra_folder == 1 && site.extra_folder_missing) {
         add_pair(list, "folder", settings.extra_folder);
     }
 }
 
 // A step of install_steps.h. A shell's text is in one piece whatever folder names are.
-PlanStep careful_step(const ProductSettings& settings, const InstallationSite& site,
-                      const DesktopFiles& files, const char* name) {
+PlanStep careful_step(const ProductSettings& settings, const char* name) {
     const bool listed = settings.uninstaller == 1;
-    PlanStep step{.words = {"sh", "-c", zeph_install_steps, "install", name,
-                            settings.product_short_name, archive_path, listed ? "/usr/local" : "",
-                            listed ? zeph_uninstaller : "", site.folder, settings.plugin_name,
-                            "--"},
-                  .exact = true,
-                  .failure = StepFailure::ends_plan};
-    if (listed) {
-        WordList list{&step, 12};
-        add_others(&list, settings, site, files);
-    }
-    return step;
+    return {.words = {"sh", "-c", zeph_install_steps, "install", name, settings.product_short_name,
+                      archive_path, listed ? "/usr/local" : "", listed ? zeph_uninstaller : ""},
+            .exact = true,
+            .failure = StepFailure::ends_plan};
 }
 
-// A cancel, or whatever else keeps the new files from their place, leaves the old ones.
-void plan_careful_extraction(PrivilegedPlan* plan, const ProductSettings& settings,
+constexpr std::size_t step_name_word = 4;
+constexpr std::size_t careful_words = 9;
+
+// A cancel, or whatever else keeps the new files from their place, leaves the old ones. false when
+// that cannot be planned.
+bool plan_careful_extraction(PrivilegedPlan* plan, const ProductSettings& settings,
                              const InstallationSite& site, const DesktopFiles& files) {
-    PlanStep put_beside = careful_step(settings, site, files, "put_beside");
+    PlanStep step = careful_step(settings, "put_beside");
+    WordList list{plan, &step, careful_words, false};
+    add_members(&list, settings, site);
+    add_word(&list, "--");
+    add_new_folders(&list, settings, site);
+    if (settings.uninstaller == 1) {
+        add_others(&list, settings, site, files);
+    }
+    if (list.full) {
+        return false;
+    }
+    PlanStep put_beside = step;
     put_beside.cancel_wait = true;
     put_beside.keeps_undo = true;
     plan_add_step(plan, put_beside);
-    plan_add_step(plan, careful_step(settings, site, files, "move_into_place"));
-    plan->undo = careful_step(settings, site, files, "abandon");
+    step.words[step_name_word] = "move_into_place";
+    plan_add_step(plan, step);
+    step.words[step_name_word] = "abandon";
+    plan->undo = step;
+    return true;
 }
 
 // false when the rest cannot be planned.
@@ -124,10 +178,11 @@ void make_installation_plan(PrivilegedPlan* plan, const ProductSettings& setting
                             const InstallationSite& site) {
     *plan = PrivilegedPlan{};
     const DesktopFiles files = desktop_files(plan, settings, site.desktop);
-    if (settings.verify_installation == 1) {
-        plan_careful_extraction(plan, settings, site, files);
-    } else {
+    if (settings.verify_installation == 0) {
         plan_extraction(plan, settings, site.folder);
+    } else if (!plan_careful_extraction(plan, settings, site, files)) {
+        plan->falls_short = true;
+        return;
     }
     if (settings.install_desktop_files == 0) {
         return;

@@ -10,8 +10,10 @@
 struct InstallationSite {
     const char* folder;                // where to install, absolute
     const char* desktop;               // the folder of the person's desktop; null = not known
-    bool folder_made = false;          // folder is there because this run has made it
+    std::int32_t levels_made = 0;      // so many of folder's last names have been made by this run
     bool extra_folder_missing = false; // extra_folder is not there yet
+    // So many of the last names of each item's folder are not there yet.
+    std::int32_t item_levels_missing[items_most] = {};
 };
 
 // Fills the plan that makes default_install_folder where it is missing. settings must live as long

@@ -47,7 +47,7 @@ struct InstallerState { // NOLINT(clang-analyzer-optin.performance.Padding)
     std::atomic<bool> farewell_said{false};        // nothing is left to be done
     std::atomic<std::int32_t> another_instance{0}; // 1 = the lock file is somebody else's and stays
     std::atomic<char*> install_folder{nullptr};    // owned; null = none chosen
-    bool default_folder_made = false;              // by this run
+    std::int32_t default_folder_levels_made = 0;   // of its names, from the last, by this run
     const char* failure_reason = nullptr;          // for the last screen; null = none is known
     char* password = nullptr;                      // owned, for secret_free
     UiEngine* engine = nullptr;                    // owned

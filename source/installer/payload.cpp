@@ -4,11 +4,12 @@
 #include "installer/console_log.h"
 #include "installer/copy_failure.h"
 #include "installer/desktop_entry.h"
-#include "installer/desktop_folder.h"
 #include "installer/disk_room.h"
 #include "installer/embedded_payload.h"
 #include "installer/flow_timing.h"
+#include "installer/folder_levels.h"
 #include "installer/installation_plan.h"
+#include "installer/installation_site.h"
 #include "installer/installer_state.h"
 #include "installer/main_window.h"
 #include "installer/product_settings.h"
@@ -80,21 +81,6 @@ bool unpack_archive(std::FILE* file) {
     return true;
 }
 
-// false when HOME is not known.
-bool find_desktop(char (&folder)[PATH_MAX]) {
-    const char* home = std::getenv("HOME");
-    if (home == nullptr) {
-        return false;
-    }
-    return product.find_desktop_folder == 1 ? find_desktop_folder(folder, home)
-                                            : default_desktop_folder(folder, home);
-}
-
-bool is_there(const char* path) {
-    struct stat status {};
-    return stat(path, &status) == 0;
-}
-
 // With verify_installation the person is told why.
 std::int32_t fail_for(const char* what, const char* reason) {
     if (product.verify_installation == 1 && reason != nullptr && installer.cancel_requested == 0) {
@@ -107,6 +93,15 @@ std::int32_t fail_for(const char* what, const char* reason) {
 std::int32_t fail_unpacking() {
     const bool full = product.verify_installation == 1 && !has_room("/tmp", 1, Writer::person);
     return fail_for("Unable to extract installer data", full ? no_room_in_tmp_text : nullptr);
+}
+
+// Those that are not the chosen one, of which the person has been told.
+void tell_item_folders() {
+    for (const ProductItem& item : product.items) {
+        if (item.name != nullptr && item.folder != nullptr) {
+            log_print("** INFO ** %s: Installing to - %s\n", installer.title, item.folder);
+        }
+    }
 }
 
 PlanResult carry_out(const PrivilegedPlan& plan) {
@@ -145,13 +140,13 @@ void offer_default_folder() {
     }
     PrivilegedPlan plan;
     make_folder_plan(&plan, product);
-    const bool missing = !is_there(product.default_install_folder);
+    const std::int32_t missing = missing_levels(product.default_install_folder);
     if (carry_out(plan).status != 0 || chdir(product.default_install_folder) != 0) {
         log_print("** ERROR ** %s: Unable to open folder - %s\n", installer.title,
                   product.default_install_folder);
         return;
     }
-    installer.default_folder_made = missing;
+    installer.default_folder_levels_made = missing;
 }
 
 std::int32_t copy_files() {
@@ -161,18 +156,15 @@ std::int32_t copy_files() {
     }
     const char* chosen = installer.install_folder;
     const char* folder = chosen != nullptr ? chosen : product.default_install_folder;
-    if (product.verify_installation == 1 &&
-        !has_room(folder, product.installed_size, Writer::root)) {
+    const bool offered = std::strcmp(folder, product.default_install_folder) == 0;
+    SiteSurvey survey;
+    survey_site(&survey, product, folder, offered ? installer.default_folder_levels_made : 0);
+    if (product.verify_installation == 1 && !site_has_room(product, survey.site)) {
         return fail_for("Failed to copy files", no_room_text);
     }
-    char desktop[PATH_MAX];
+    tell_item_folders();
     PrivilegedPlan plan;
-    make_installation_plan(&plan, product,
-                           {.folder = folder,
-                            .desktop = find_desktop(desktop) ? desktop : nullptr,
-                            .folder_made = installer.default_folder_made &&
-                                           std::strcmp(folder, product.default_install_folder) == 0,
-                            .extra_folder_missing = !is_there(product.extra_folder)});
+    make_installation_plan(&plan, product, survey.site);
     const PlanResult result = carry_out(plan);
     return result.status == 0
                ? 0

@@ -5,7 +5,17 @@
 // installer/product_settings.h in front of this one (ZEPH_PRODUCT_SETTINGS_DIR).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+
+// Something that is installed along with the plug-in, from the same archive.
+struct ProductItem {
+    const char* name;            // at the archive's top; null = there is no further item
+    const char* folder;          // where it goes, made when missing; null = beside the plug-in
+    std::int64_t installed_size; // bytes that it takes on a disk, about
+};
+
+inline constexpr std::size_t items_most = 16;
 
 struct ProductSettings {
     const char* product_name;           // window title and console prefix
@@ -24,6 +34,7 @@ struct ProductSettings {
     std::int32_t find_desktop_folder;   // 1 = ask the desktop's settings where its folder is
     const char* plugin_name;            // the plug-in's name at the archive's top
     std::int64_t installed_size;        // bytes that the plug-in takes on a disk, about
+    ProductItem items[items_most];      // what else is in the archive; with verify_installation
     std::int32_t archive_size;          // bytes of the embedded archive
     std::int32_t unpacking_step;        // bytes written between two moves of the bar
     std::int32_t offer_default_folder;  // 1 = the browser opens in default_install_folder
@@ -50,6 +61,7 @@ inline constexpr ProductSettings product = {
     .find_desktop_folder = 0,
     .plugin_name = "QB20.so",
     .installed_size = 5414912,
+    .items = {},
     .archive_size = 1058756,
     .unpacking_step = 8192,
     .offer_default_folder = 0,

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 // The most words that an exact command has.
-inline constexpr std::size_t privileged_words_most = 24;
+inline constexpr std::size_t privileged_words_most = 160;
 
 struct PrivilegedCommand {
     const char* const* words; // null-terminated; borrowed

@@ -12,7 +12,7 @@
 #include <cstdint>
 
 inline constexpr std::size_t plan_steps_most = 12;
-inline constexpr std::size_t plan_text_size = 16384; // bytes, with the zeros
+inline constexpr std::size_t plan_text_size = 65536; // bytes, with the zeros
 
 // What a failed step means. A command that cannot be made, and one that gets no terminal for su,
 // ends the plan in any case.

@@ -65,4 +65,14 @@ TEST(DiskRoom, IsToldToTheBlock) {
     EXPECT_TRUE(has_room("/proc", 1 << 30, Writer::root)); // which has no size
 }
 
+TEST(DiskRoom, IsAddedUpForFoldersOnOneDisk) {
+    const support::PrivateWorld world;
+    ASSERT_EQ(mount("tmpfs", "/tmp", "tmpfs", 0, "size=40k"), 0);
+    RoomWanted wanted[] = {{"/tmp/to/be/made", 20480}, {"/proc", 1 << 30}, {"/tmp", 20480}};
+    EXPECT_TRUE(has_room_for_all(wanted, 3, Writer::root));
+    wanted[0].bytes += 1;
+    EXPECT_FALSE(has_room_for_all(wanted, 3, Writer::root));
+    EXPECT_TRUE(has_room_for_all(wanted, 2, Writer::root));
+}
+
 } // namespace

@@ -106,7 +106,7 @@ TEST(InstallationPlan, WithAnUninstallerNamesWhatIsToBeListed) {
     make_installation_plan(&plan, settings,
                            {.folder = "/opt/my lv2",
                             .desktop = "/home/A B/Desktop",
-                            .folder_made = true,
+                            .levels_made = 1,
                             .extra_folder_missing = true});
     EXPECT_FALSE(plan.falls_short);
     ASSERT_EQ(plan.step_count, 7U);
@@ -131,6 +131,57 @@ TEST(InstallationPlan, WithAnUninstallerNamesWhatIsToBeListed) {
     }
     make_installation_plan(&plan, settings, {.folder = "/opt/my lv2", .desktop = nullptr});
     EXPECT_STREQ(plan.steps[0].words[16], nullptr);
+}
+
+// The words that follow those of every careful step.
+std::vector<std::string> things_of(const PlanStep& step) {
+    std::vector<std::string> words;
+    for (const char* const* word = step.words + 9; *word != nullptr; ++word) {
+        words.emplace_back(*word);
+    }
+    return words;
+}
+
+TEST(InstallationPlan, WithItemsNamesEachWithItsFolderAndTheFoldersToMake) {
+    ProductSettings settings = careful;
+    settings.verify_installation = 1;
+    settings.plugin_name = "tilt.lv2";
+    settings.items[0] = {.name = "tilt.clap", .folder = "/usr/lib/clap", .installed_size = 1};
+    settings.items[1] = {.name = "presets.lv2", .folder = nullptr, .installed_size = 1};
+    settings.items[2] = {.name = "manual", .folder = "/opt/tilt/doc", .installed_size = 1};
+    InstallationSite site{.folder = "/opt/my lv2", .desktop = nullptr, .levels_made = 2};
+    site.item_levels_missing[0] = 1;
+    site.item_levels_missing[2] = 2;
+    PrivilegedPlan plan;
+    make_installation_plan(&plan, settings, site);
+    std::vector<std::string> expected = {
+        "/opt/my lv2",   "tilt.lv2",      "/usr/lib/clap", "tilt.clap",  "/opt/my lv2",
+        "presets.lv2",   "/opt/tilt/doc", "manual",        "--",         "new-folder",
+        "/usr/lib/clap", "new-folder",    "/opt/tilt",     "new-folder", "/opt/tilt/doc"};
+    ASSERT_EQ(plan.step_count, 2U);
+    for (const PlanStep* step : {&plan.steps[0], &plan.steps[1], &plan.undo}) {
+        EXPECT_EQ(things_of(*step), expected);
+    }
+    settings.uninstaller = 1;
+    make_installation_plan(&plan, settings, site);
+    expected.insert(expected.end(), {"folder", "/opt", "folder", "/opt/my lv2"});
+    EXPECT_EQ(things_of(plan.steps[0]), expected);
+}
+
+TEST(InstallationPlan, WithMoreFoldersThanACommandTakesDoesNothing) {
+    ProductSettings settings = careful;
+    settings.verify_installation = 1;
+    std::string deep;
+    for (int i = 0; i < 100; ++i) {
+        deep += "/d";
+    }
+    settings.items[0] = {.name = "manual", .folder = deep.c_str(), .installed_size = 1};
+    InstallationSite site{.folder = "/opt/lv2", .desktop = nullptr};
+    site.item_levels_missing[0] = 100;
+    PrivilegedPlan plan;
+    make_installation_plan(&plan, settings, site);
+    EXPECT_EQ(plan.step_count, 0U);
+    EXPECT_TRUE(plan.falls_short);
 }
 
 TEST(InstallationPlan, WithDesktopFilesCopiesIconAndEntry) {
