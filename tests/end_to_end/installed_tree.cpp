@@ -16,9 +16,19 @@ namespace {
 
 constexpr std::chrono::minutes patience{10}; // with gigabytes
 
+std::vector<std::string> command_of(std::vector<std::string> words,
+                                    const std::vector<std::string>& tops) {
+    if (!tops.empty()) {
+        words.emplace_back("--");
+        words.insert(words.end(), tops.begin(), tops.end());
+    }
+    return words;
+}
+
 // In tar's spelling, in which each name is one line; folders without the slash at their end.
-std::set<std::string> names_of(const std::string& archive) {
-    std::istringstream list(support::output_of({"tar", "-tf", archive}, patience));
+std::set<std::string> names_of(const std::string& archive, const std::vector<std::string>& tops) {
+    std::istringstream list(
+        support::output_of(command_of({"tar", "-tf", archive}, tops), patience));
     std::set<std::string> names;
     for (std::string name; std::getline(list, name);) {
         names.insert(name.ends_with('/') ? name.substr(0, name.size() - 1) : name);
@@ -42,14 +52,16 @@ std::set<std::string> names_below(const std::string& folder, const std::set<std:
 
 } // namespace
 
-TreeFigures prove_tree(const std::string& archive, const std::string& folder) {
-    support::ChildProcess compare({.command = {"tar", "-df", archive, "-C", folder}});
+TreeFigures prove_tree(const std::string& archive, const std::string& folder,
+                       const std::vector<std::string>& only) {
+    support::ChildProcess compare(
+        {.command = command_of({"tar", "-df", archive, "-C", folder}, only)});
     const auto end = compare.wait_for_end(patience);
     if (!end || end->exit_status != 0) {
         throw std::runtime_error("what was installed differs from what is carried:\n" +
                                  compare.output() + compare.error_output());
     }
-    const std::set<std::string> carried = names_of(archive);
+    const std::set<std::string> carried = names_of(archive, only);
     TreeFigures figures{carried.size(), ""};
     std::set<std::string> tops;
     for (const std::string& name : carried) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace end_to_end {
 
@@ -13,7 +14,8 @@ struct TreeFigures {
 
 // Compares each member with what is in the folder (content, mode, owner, time, link target), and
 // sees to it that below the topmost members there is nothing else. Throws std::runtime_error with
-// the first differences.
-[[nodiscard]] TreeFigures prove_tree(const std::string& archive, const std::string& folder);
+// the first differences. With tops it is about these topmost members alone.
+[[nodiscard]] TreeFigures prove_tree(const std::string& archive, const std::string& folder,
+                                     const std::vector<std::string>& tops = {});
 
 } // namespace end_to_end

@@ -6,6 +6,8 @@
 //   title      the folder browser's               folder   default_install_folder
 //   offered    1 when the browser begins there    pictures the folder for pictures, console.txt,
 //   tree
+//   plugin     its name in the archive            items    a line NAME/FOLDER for whatever else is
+//   in it; FOLDER empty = where the plug-in goes
 //
 // Ends with status 0 when all is well.
 
@@ -20,6 +22,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <sstream>
 #include <stdexcept>
 
 namespace end_to_end {
@@ -57,6 +60,29 @@ std::string choose_folder(Scenario& scenario, Album& album, const Words& words) 
     return scenario.account().home + "/" + chosen_name;
 }
 
+// A topmost member of the archive, and where it goes.
+struct Item {
+    std::string name;
+    std::string folder;
+};
+
+std::vector<Item> items_of(const Words& words, const std::string& chosen) {
+    std::vector<Item> items;
+    std::istringstream lines(words.at("items"));
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t slash = line.find('/');
+        const std::string folder = line.substr(slash);
+        items.push_back({line.substr(0, slash), folder == "/" ? chosen : folder});
+    }
+    return items;
+}
+
+void prove(const Words& words, const Item& item) {
+    const TreeFigures tree = prove_tree(words.at("archive"), item.folder, {item.name});
+    say("  installed into " + item.folder + ": " + tree.tops + ", " + std::to_string(tree.members) +
+        " files, folders and links, each as it is carried");
+}
+
 void keep_tree(const Words& words, const std::string& folder, const std::string& tops) {
     const std::string place = words.at("pictures") + "/" + tree_name;
     files::create_directories(place);
@@ -90,13 +116,15 @@ void install(const Words& words, Album& album) {
     if (scenario.finish().exit_status != 0 || !installer_files_in_tmp().empty()) {
         throw std::runtime_error("the run did not end clean\n" + scenario.report());
     }
-    const TreeFigures tree = prove_tree(words.at("archive"), folder);
     char seconds[32];
     std::snprintf(seconds, sizeof seconds, "%.1f", took.count());
     say("  from the password to the last screen: " + std::string(seconds) + " seconds");
-    say("  installed into " + folder + ": " + tree.tops + ", " + std::to_string(tree.members) +
-        " files, folders and links, each as it is carried");
-    keep_tree(words, folder, tree.tops);
+    std::vector<Item> all = items_of(words, folder);
+    all.insert(all.begin(), {words.at("plugin"), folder});
+    for (const Item& item : all) {
+        prove(words, item);
+        keep_tree(words, item.folder, item.name);
+    }
 }
 
 void cancel(const Words& words, Album& album) {
@@ -132,7 +160,8 @@ int main(int count, char** arguments) {
         const std::size_t equals = word.find('=');
         words[word.substr(0, equals)] = equals == std::string::npos ? "" : word.substr(equals + 1);
     }
-    for (const char* name : {"installer", "archive", "title", "folder", "offered", "pictures"}) {
+    for (const char* name :
+         {"installer", "archive", "title", "folder", "offered", "pictures", "plugin", "items"}) {
         if (!words.contains(name)) {
             std::fprintf(stderr, "zeph-try: %s=... is missing\n", name);
             return 2;

@@ -144,8 +144,8 @@ class RightOnes(Product):
         for name in ("lantern-tilt", "lantern-set"):
             folder = os.path.join(staging.REPOSITORY, "products", name)
             checker, packed = making.checked_product(folder)
-            facts = plugin_facts.inspect(packed.members)
-            found = product_warnings.of_product(folder, checker.values, packed, facts, OWN)
+            facts = [plugin_facts.inspect(part.contents.members) for part in packed.parts]
+            found = product_warnings.of_package(folder, checker.values, packed, facts, OWN)
             self.assertEqual(list(found), [])
 
     def test_a_library_that_it_brings_is_none_that_it_needs(self):
@@ -201,7 +201,7 @@ class Places(Product):
         self.values["plugin"] = "suite"
         for number in range(8):
             self.put_bundle(f"suite/{number}.lv2")
-        self.expect("hosts do not look into suite/ and see none of .*4.lv2, and 3 more; make an inst")
+        self.expect("hosts do not look into suite/ and see none of .*4.lv2, and 3 more; name one bundle")
 
     def test_ladspa_libraries_one_level_too_deep(self):
         self.values.update(plugin="suite", default_install_folder="/usr/lib/ladspa")

@@ -31,7 +31,7 @@ protected:
     // What stands in the folders that are written to.
     static std::string tree() {
         return output_of(
-            {"sh", "-c", "cd /usr/local && find . -maxdepth 2 -printf '%y %m %U %p %l\\n' | sort"});
+            {"sh", "-c", "cd /usr/local && find . -maxdepth 4 -printf '%y %m %U %p %l\\n' | sort"});
     }
 
     // A line of the list for a file of an earlier version.

@@ -18,8 +18,9 @@ import settings as product_settings  # noqa: E402
 
 FILES = int(sys.argv[1]) if len(sys.argv) > 1 else 2000
 with open(os.path.join(TOOL, "template", product_settings.FILE_NAME), "rb") as template:
-    WHOLE = template.read()
+    WHOLE = template.read() + b'\n[[item]]\npath = "manual"\nfolder = "/opt/doc"\n'
 KNOWN = product_settings.TEXTS + product_settings.SWITCHES + product_settings.FILES
+OF_ITEMS = ("path", "folder", "[[item]]")
 
 values = strategies.recursive(
     strategies.one_of(
@@ -37,7 +38,7 @@ def damaged(draw):
     """The template with some of its lines changed, and some bytes lost, doubled or replaced."""
     lines = WHOLE.decode().splitlines()
     for _ in range(draw(strategies.integers(0, 4))):
-        name = draw(strategies.sampled_from(KNOWN))
+        name = draw(strategies.sampled_from(KNOWN + OF_ITEMS))
         places = [place for place, line in enumerate(lines) if line.startswith(name)]
         for place in places:
             lines[place] = f"{name} = {draw(values)}"
@@ -61,7 +62,10 @@ def check(text):
             for complaint in error.complaints:
                 assert product_settings.FILE_NAME in complaint and ";" in complaint, complaint
             return
-    assert set(found) == set(KNOWN) | set(product_settings.CHOICES)
+    assert set(found) == set(KNOWN) | set(product_settings.CHOICES) | {"item"}
+    for item in found["item"]:
+        assert set(item) <= {"path", "folder"} and item["path"], item
+        assert item.get("folder", "/").startswith("/"), item
     for name in product_settings.SWITCHES:
         assert type(found[name]) is int and found[name] in (0, 1), (name, found[name])
     for name in product_settings.TEXTS:

@@ -1,5 +1,6 @@
 """What of a plug-in's file or folder is packed, under which names, and whether it may be."""
 
+import dataclasses
 import fnmatch
 import os
 import stat
@@ -10,8 +11,9 @@ from wording import some_of, visible
 
 # A member of one of these names, unpacked into its parent, would be a folder of the system's.
 SYSTEM_NAMES = frozenset(
-    "bin boot clap dev dssi etc games home include ladspa lib lib32 lib64 libexec local lv2 opt"
-    " plugins root run sbin share src srv sys tmp usr var vst vst3".split()
+    "applications bin boot clap dev doc dssi etc fonts games home icons include info ladspa lib lib32"
+    " lib64 libexec local locale lv2 man mime opt pixmaps plugins root run sbin share sounds src srv sys"
+    " themes tmp usr var vst vst3".split()
 )
 # What version control, editors and desktops leave in folders.
 LEFT_OUT = (
@@ -133,35 +135,58 @@ class Contents:
         self.complaints.append(f"{visible(self.path)} {what}; put the built plug-in there")
 
 
-def place_complaint(folder, values):
-    """What is wrong with where the plug-in is, or None."""
+@dataclasses.dataclass
+class Part:
+    """The plug-in, or an item that is installed along with it."""
+
+    setting: str  # which names it, as complaints call it
+    folder_setting: str
+    folder: str  # where it goes; None = beside the plug-in
+    contents: Contents
+
+
+class Package:
+    """All that goes into the archive: the plug-in, then the items."""
+
+    def __init__(self, parts):
+        self.parts = parts
+        self.plugin = parts[0].contents
+        self.members = [member for part in parts for member in part.contents.members]
+        self.left_out = [name for part in parts for name in part.contents.left_out]
+        self.links = {name: to for part in parts for name, to in part.contents.links.items()}
+
+
+def place_complaint(folder, values, given):
+    """What is wrong with where the plug-in, or an item, is given to be, or None."""
     folder = os.path.abspath(folder)
-    path = os.path.abspath(os.path.join(folder, values["plugin"]))
-    shown = visible(values["plugin"])
-    own = "name the plug-in's own file or folder"
+    path = os.path.abspath(os.path.join(folder, given))
+    shown = visible(given)
+    it, its = ("the plug-in", "the plug-in's") if given == values["plugin"] else ("it", "its")
+    own = f"name {its} own file or folder"
     if path == folder:
         return f"{shown} is the product folder itself; {own} in it"
     if not path.startswith(folder.rstrip(os.sep) + os.sep):
-        return f"{shown} is not in the product folder; copy the plug-in, or make a link to it, there"
+        return f"{shown} is not in the product folder; copy {it}, or make a link to it, there"
     if path == os.path.join(folder, "product.toml"):
         return f"{shown} is the settings file; {own}"
     for setting, value in values.items():
         if setting.endswith("_picture") and os.path.abspath(os.path.join(folder, value)) == path:
             return f"{shown} is the {setting}; {own}"
     if os.path.islink(path) and not os.path.exists(path):
-        return f"{visible(path)} is a link to nothing; link or copy the plug-in there"
+        return f"{visible(path)} is a link to nothing; link or copy {it} there"
     if not os.path.exists(path):
-        return f"there is no {visible(path)}; put the plug-in there or name another file or folder"
+        return f"there is no {visible(path)}; put {it} there or name another file or folder"
     if os.path.basename(path) in SYSTEM_NAMES:
         wrong = "a folder of that name belongs to the system"
-        return f"{visible(path)}: {wrong}; name the plug-in's own folder"
+        return f"{visible(path)}: {wrong}; name {its} own folder"
     return None
 
 
-def complaints_about(folder, values):
-    """(what is wrong with the plug-in, its Contents when nothing is)."""
-    wrong = place_complaint(folder, values)
+def complaints_about(folder, values, given=None):
+    """(what is wrong with the plug-in, or the item at that path, its Contents when nothing is)."""
+    given = given or values["plugin"]
+    wrong = place_complaint(folder, values, given)
     if wrong:
         return [wrong], None
-    contents = Contents(os.path.join(folder, values["plugin"]))
+    contents = Contents(os.path.join(folder, given))
     return some_of(contents.complaints), contents

@@ -93,7 +93,7 @@ def hand_out_if_changed(values, stage, product, built, build_folder, output_fold
 
 
 def checked_product(folder):
-    """The settings and the plug-in's Contents; SettingsError with all that is wrong with either."""
+    """The settings and the Package; SettingsError with all that is wrong with either."""
     checker = settings.check_settings(folder)
     packed = staging.check_files(folder, checker)
     if checker.complaints:
@@ -126,18 +126,18 @@ def make(folder, build_folder, output_folder, strict=False, asked=None, tried=Fa
     print(f"Packing {values['product_name']} {values['product_version']}", flush=True)
     for line in some_of(f"Left out: {visible(name)}" for name in packed.left_out):
         print(line)
-    facts = plugin_facts.inspect(packed.members)
+    facts = [plugin_facts.inspect(part.contents.members) for part in packed.parts]
     if asked:
-        warn(checker, product_warnings.about_processor(facts, processor.name), True)
-    found = product_warnings.of_product(folder, values, packed, facts, processor.name)
+        warn(checker, product_warnings.about_processors(packed, facts, processor.name), True)
+    found = product_warnings.of_package(folder, values, packed, facts, processor.name)
     warn(checker, found, strict)
     with held(build_folder):
         stage = staging.Stage(folder, values, packed, build_folder, processor)
         built = building.build(stage, os.path.join(build_folder, "cmake"))
         unreadable = contrast.complaint_about(building.converted_background(built))
         warn(checker, [("background_picture", unreadable)] if unreadable else [], strict)
-        product = (packed, facts)
+        product = (packed, plugin_facts.together(facts))
         path, told = hand_out_if_changed(values, stage, product, built, build_folder, output_folder)
         print(told, end="", flush=True)
         if tried:
-            trying.try_out(values, stage, path, os.path.join(build_folder, "tour"))
+            trying.try_out(values, packed, stage, path, os.path.join(build_folder, "tour"))

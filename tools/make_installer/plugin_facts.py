@@ -208,6 +208,15 @@ class Inspection:
         self.facts.bundles.append(bundle)
 
 
+def together(facts):
+    """The PluginFacts of several things as one."""
+    whole = PluginFacts()
+    for each in facts:
+        for field in dataclasses.fields(PluginFacts):
+            getattr(whole, field.name).extend(getattr(each, field.name))
+    return whole
+
+
 def inspect(members):
     """The facts of (path, archive name) pairs."""
     return Inspection(members).facts

@@ -30,9 +30,13 @@ def several(names, longest=5):
     return ", ".join(visible(name) for name in some_of(names, longest))
 
 
-def about_libraries(facts):
+def about_unreadable(facts):
     for name, what in some_of(facts.unreadable):
         yield "plugin", f"{visible(name)} {what}, so no host can load it; put the built library there"
+
+
+def about_libraries(facts):
+    yield from about_unreadable(facts)
     if not facts.libraries and not facts.unreadable:
         wrong = "there is no shared object in it, so no host can load it"
         yield "plugin", f"{wrong}; put the built plug-in there"
@@ -66,8 +70,14 @@ def about_processor(facts, own):
             yield "plugin", f"{wrong}; pack the {own} build"
 
 
-def about_folder(facts, values):
-    folder = values["default_install_folder"]
+def about_processors(packed, facts, own):
+    """The same of each part of a Package."""
+    for part, found in zip(packed.parts, facts):
+        for _, said in about_processor(found, own):
+            yield part.setting, said
+
+
+def about_folder(facts, folder):
     looked_for = FOLDERS.get(os.path.basename(folder))
     formats = facts.formats()
     if not formats or looked_for is None or looked_for in formats:
@@ -82,7 +92,7 @@ def about_depth(facts, top):
     deep = [bundle.name for bundle in facts.bundles if bundle.name != top]
     if deep and len(deep) == len(facts.bundles):
         wrong = f"hosts do not look into {visible(top)}/ and see none of {several(deep)}"
-        yield "plugin", f"{wrong}; make an installer of each bundle, with the bundle as the plug-in"
+        yield "plugin", f"{wrong}; name one bundle as the plug-in, and make each other one an [[item]]"
     deep = [
         library.name
         for library in facts.libraries
@@ -94,7 +104,7 @@ def about_depth(facts, top):
         yield "plugin", f"{wrong}; name the library itself as the plug-in"
 
 
-def about_bundle(bundle):
+def about_bundle(bundle, has_plugin):
     """What is wrong with an LV2 bundle and the mend, or None."""
     name = f"{visible(bundle.name)}/manifest.ttl"
     if bundle.broken:
@@ -102,18 +112,20 @@ def about_bundle(bundle):
     if bundle.absent:
         wrong = f"{name} names what is not there: {several(bundle.absent)}"
         return f"{wrong}; put it there or take it out of the manifest"
-    if bundle.seen == []:
+    if has_plugin and bundle.seen == []:
         wrong = f"{visible(bundle.name)}: LV2 hosts find no plug-in in it"
         return f"{wrong}; see what lv2ls and lv2info say of it"
     return None
 
 
-def about_manifests(facts):
+def about_manifests(facts, has_plugins):
     for tool, package in facts.missing_tools:
         wrong = f"the LV2 bundle was not looked at by {tool}, which is not here"
         yield "plugin", f"{wrong}; install the package {package}"
-    for said in filter(None, map(about_bundle, facts.bundles)):
-        yield "plugin", said
+    for bundle in facts.bundles:
+        said = about_bundle(bundle, has_plugins)
+        if said:
+            yield "plugin", said
 
 
 def runs(path):
@@ -172,10 +184,30 @@ def of_product(folder, values, packed, facts, processor):
     """(setting, what is wrong and the mend) of all that can be seen before the build."""
     yield from about_libraries(facts)
     yield from about_processor(facts, processor)
-    yield from about_folder(facts, values)
+    yield from about_folder(facts, values["default_install_folder"])
     yield from about_depth(facts, packed.name)
-    yield from about_manifests(facts)
+    yield from about_manifests(facts, True)
     yield from about_executable(packed, values)
     yield from about_template(folder, values)
     yield from about_compression(values)
     yield from about_time(packed)
+
+
+def of_item(part, facts, processor):
+    """The same of what is installed along with the plug-in. It need not be a plug-in; a bundle without
+    a library has presets in it."""
+    found = [*about_unreadable(facts), *about_processor(facts, processor)]
+    if part.folder is not None:
+        found += about_folder(facts, part.folder)
+    found += [*about_depth(facts, part.contents.name), *about_manifests(facts, bool(facts.libraries))]
+    found += about_time(part.contents)
+    names = {"plugin": part.setting, "default_install_folder": part.folder_setting}
+    for setting, said in found:
+        yield names[setting], said
+
+
+def of_package(folder, values, packed, facts, processor):
+    """The same of all that is packed; facts are those of each part."""
+    yield from of_product(folder, values, packed.plugin, facts[0], processor)
+    for part, found in zip(packed.parts[1:], facts[1:]):
+        yield from of_item(part, found, processor)

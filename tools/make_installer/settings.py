@@ -7,6 +7,7 @@ line, the setting, what is wrong and what mends it.
 import difflib
 import re
 
+import items
 import screen_text
 import settings_file
 from settings_file import FILE_NAME, SettingsError
@@ -66,6 +67,7 @@ class Checker:
         self.values = values
         self.lines = lines
         self.complaints = []
+        self.items = []
 
     def complain(self, setting, wrong, mend):
         self.complain_as_said(setting, f"{wrong}; {mend}")
@@ -81,8 +83,8 @@ class Checker:
 
     def check_names(self):
         required = TEXTS + SWITCHES + FILES
-        known = required + tuple(CHOICES)
-        meant = set()
+        known = required + tuple(CHOICES) + ("item",)
+        meant = items.swallowed(self.values)
         for setting in self.values:
             if setting not in known:
                 near = difflib.get_close_matches(setting, known, n=1)
@@ -107,12 +109,17 @@ class Checker:
                 if type(value) is not int or value not in (0, 1):
                     self.complain(setting, f"is {value!r}", "write 0 (off) or 1 (on)")
                     del self.values[setting]
-            elif not isinstance(value, str):
-                self.complain(setting, "is not a text", 'write it in quotes: "..."')
+            elif setting != "item" and not self.check_text(setting, value):
                 del self.values[setting]
-            elif any(ord(character) < 32 or ord(character) == 127 for character in value):
-                self.complain(setting, "has a line break or control character", "remove it")
-                del self.values[setting]
+
+    def check_text(self, setting, value):
+        if not isinstance(value, str):
+            self.complain(setting, "is not a text", 'write it in quotes: "..."')
+        elif any(ord(character) < 32 or ord(character) == 127 for character in value):
+            self.complain(setting, "has a line break or control character", "remove it")
+        else:
+            return True
+        return False
 
     def text(self, setting, needed=True):
         """The setting's text, or None when there is nothing (more) to check."""
@@ -175,7 +182,11 @@ class Checker:
 
     def check_folder(self, setting, needed=True):
         value = self.text(setting, needed)
-        if value is None or not self.check_plain(setting, value, LONGEST_FOLDER):
+        if value is not None:
+            self.check_folder_text(setting, value)
+
+    def check_folder_text(self, setting, value):
+        if not self.check_plain(setting, value, LONGEST_FOLDER):
             return
         if not value.startswith("/"):
             self.complain(setting, f"{value!r} is not absolute", "begin with /")
@@ -247,6 +258,7 @@ class Checker:
         self.check_uninstaller()
         for setting in FILES:
             self.text(setting)
+        self.items = items.check_items(self, TEXTS + SWITCHES + FILES + tuple(CHOICES))
 
 
 def check_settings(folder):

@@ -9,7 +9,9 @@ from wording import visible
 FILE_NAME = "product.toml"
 BYTE_ORDER_MARK = b"\xef\xbb\xbf"
 # A line that gives a setting its value. Few values go on over lines, and none looks like this there.
-SETTING_LINE = re.compile(r"""^[ \t]*(["']?)([A-Za-z0-9_-]+)\1[ \t]*=""", re.M)
+SETTING_LINE = re.compile(r"""^[ \t]*(["']?)([A-Za-z0-9_-]+)\1[ \t]*=""")
+# And one that begins an item, or a setting of one.
+ITEM_LINE = re.compile(r"""^[ \t]*\[\[[ \t]*(["']?)item\1[ \t]*\]\]""")
 PLACE = re.compile(r" \(at (?:line (\d+), column \d+|end of document)\)$")
 
 
@@ -21,11 +23,23 @@ class SettingsError(Exception):
         self.complaints = complaints
 
 
+def item_setting(number, setting=""):
+    """What a setting of an item is called in complaints, or the item itself."""
+    return f"item {number}: {setting}" if setting else f"item {number}"
+
+
 def lines_of(text):
     """The number of the line in which each setting stands, the first where there are several."""
     lines = {}
-    for match in SETTING_LINE.finditer(text):
-        lines.setdefault(match[2], text.count("\n", 0, match.start(2)) + 1)
+    items = 0
+    for number, line in enumerate(text.split("\n"), start=1):
+        match = SETTING_LINE.match(line)
+        if ITEM_LINE.match(line):
+            items += 1
+            lines[item_setting(items)] = number
+        elif match:
+            setting = item_setting(items, match[2]) if items else match[2]
+            lines.setdefault(setting, number)
     return lines
 
 

@@ -9,6 +9,7 @@ import archive
 import contents
 import pictures
 import settings
+from settings_file import item_setting
 
 REPOSITORY = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
 DEFAULT_HEADER = os.path.join(REPOSITORY, "source", "installer", "product_settings.h")
@@ -29,13 +30,21 @@ def write_if_changed(path, content):
 
 
 def check_files(folder, checker):
-    """Complains of each file that the settings name and that is not as it must be; the plug-in's
-    Contents, or None where it cannot be packed."""
-    packed = None
+    """Complains of each file that the settings name and that is not as it must be; the Package, or None
+    where there are complaints."""
+    wanted = []
     if checker.values.get("plugin"):
-        complaints, packed = contents.complaints_about(folder, checker.values)
+        place = checker.values.get("default_install_folder")
+        wanted.append(("plugin", "default_install_folder", place, checker.values["plugin"]))
+    for item in checker.items:
+        names = [item_setting(item.number, name) for name in ("path", "folder")]
+        wanted.append((*names, item.folder, item.path))
+    parts = []
+    for setting, folder_setting, place, path in wanted:
+        complaints, packed = contents.complaints_about(folder, checker.values, path)
         for wrong in complaints:
-            checker.complain_as_said("plugin", wrong)
+            checker.complain_as_said(setting, wrong)
+        parts.append(contents.Part(setting, folder_setting, place, packed))
     for setting, width, height, needs_rgba in settings.PICTURES:
         if not checker.values.get(setting):
             continue
@@ -43,17 +52,12 @@ def check_files(folder, checker):
         wrong = pictures.complaint_about(path, width, height, needs_rgba)
         if wrong:
             checker.complain_as_said(setting, wrong)
-    return packed
+    return None if checker.complaints else contents.Package(parts)
 
 
 def unpacking_step(archive_size):
     """Bytes between two moves of the bar, so that the moves are as many for every archive."""
     return max(SMALLEST_STEP, -(-archive_size // UNPACKING_STEPS))
-
-
-def plugin_name(values):
-    """The plug-in's name at the archive's top."""
-    return os.path.basename(os.path.abspath(values["plugin"]))
 
 
 def size_on_disk(members):
@@ -62,18 +66,30 @@ def size_on_disk(members):
     return sum(-(-max(size, 1) // BLOCK) * BLOCK for size in sizes)
 
 
-def header_text(values, archive_size, installed_size):
+def literal_of(value):
+    """The value as C++ has it: JSON's quoting of text without control characters is C++'s, too."""
+    return "nullptr" if value is None else json.dumps(value, ensure_ascii=False)
+
+
+def items_literal(parts):
+    """The table of what is installed along with the plug-in."""
+    rows = (
+        (part.contents.name, part.folder, size_on_disk(part.contents.members)) for part in parts
+    )
+    return "{" + ", ".join("{" + ", ".join(map(literal_of, row)) + "}" for row in rows) + "}"
+
+
+def header_text(values, packed, archive_size):
     """The settings header, with these values in place of the default product's."""
     with open(DEFAULT_HEADER, encoding="utf-8") as file:
         text = file.read()
-    initialisers = {name: values[name] for name in settings.TEXTS + settings.SWITCHES}
-    initialisers["plugin_name"] = plugin_name(values)
-    initialisers["installed_size"] = installed_size
+    initialisers = {name: literal_of(values[name]) for name in settings.TEXTS + settings.SWITCHES}
+    initialisers["plugin_name"] = literal_of(packed.plugin.name)
+    initialisers["installed_size"] = size_on_disk(packed.plugin.members)
+    initialisers["items"] = items_literal(packed.parts[1:])
     initialisers["archive_size"] = archive_size
     initialisers["unpacking_step"] = unpacking_step(archive_size)
-    for name, value in initialisers.items():
-        # JSON's quoting of text without control characters is C++'s too.
-        literal = json.dumps(value, ensure_ascii=False)
+    for name, literal in initialisers.items():
         text, count = re.subn(
             rf"^    \.{name} = .*,$", lambda _: f"    .{name} = {literal},", text, flags=re.M
         )
@@ -99,5 +115,5 @@ class Stage:
         archive.pack(self.archive, packed.members, self.time, values["compression"])
         self.archive_size = os.path.getsize(self.archive)
         header = os.path.join(self.settings, "installer", "product_settings.h")
-        text = header_text(values, self.archive_size, size_on_disk(packed.members))
+        text = header_text(values, packed, self.archive_size)
         write_if_changed(header, text.encode())

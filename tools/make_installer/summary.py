@@ -37,6 +37,13 @@ def block(word, lines, out):
         print(f"  {'' if index else word:14} {line}", file=out)
 
 
+def item_places(parts):
+    """Where each item goes."""
+    for part in parts:
+        place = f"into {part.folder}" if part.folder else "beside the plug-in"
+        yield f"{visible(part.contents.name)} {place}"
+
+
 def plugin_block(plugin, out):
     """What the plug-in is, and what it asks of the machine by itself."""
     processors = ", ".join(plugin.processors())
@@ -62,6 +69,7 @@ def summary(values, stage, product, path, digest):
     block("processor", [facts.processor], out)
     block("size", [f"{os.path.getsize(path)} bytes, {stage.archive_size} of them payload"], out)
     block("installs into", [f"{values['default_install_folder']}, or where the person says"], out)
+    block("along with it", some_of(item_places(packed.parts[1:])), out)
     block("payload", some_of(listing(packed.members, packed.links)), out)
     if len(some_of(packed.members)) < len(packed.members):
         block("links", some_of(links_behind(packed.members, packed.links)), out)

@@ -23,7 +23,7 @@ def built_tour():
     return building.build_target(folder, TARGET)
 
 
-def try_out(values, stage, installer, pictures):
+def try_out(values, packed, stage, installer, pictures):
     """Plays the installation; TrialError when something was not as it must be."""
     command = [
         built_tour(),
@@ -32,6 +32,8 @@ def try_out(values, stage, installer, pictures):
         f"title={values['folder_browser_title']}",
         f"folder={values['default_install_folder']}",
         f"offered={values['offer_default_folder']}",
+        f"plugin={packed.plugin.name}",
+        "items=" + "".join(f"{part.contents.name}{part.folder or '/'}\n" for part in packed.parts[1:]),
         f"pictures={os.path.abspath(pictures)}",
     ]
     if os.getuid() != 0:
