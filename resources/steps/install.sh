@@ -23,6 +23,8 @@
 #                      and changes old for new; when that fails, changes it back
 #     abandon          takes .NAME-new away
 #
+# All of it works for root, and for a person in folders of their own.
+#
 # A step that fails leaves everything as it was. Its exit status says why:
 no_room=71
 read_only=72
@@ -123,6 +125,14 @@ tar_in() {
     tar --no-unquote "$@"
 }
 
+# arrived FOLDER MEMBER: whether it is as in the archive, but for its owner where nobody but root could
+# have given it away.
+arrived() {
+    differences=$(tar_in "$1" -df "$archive" -- "$2" 2>&1) && return
+    [ $? -eq 1 ] && [ "$(id -u)" -ne 0 ] &&
+        ! printf '%s\n' "$differences" | grep -v ': [GU]id differs$'
+}
+
 make_folder() {
     [ "$1" != new-folder ] || [ -d "$2" ] || attempt "$in_the_way" mkdir -m 755 "$2"
 }
@@ -138,7 +148,7 @@ extract() {
     fi
     is_folder "$new" || attempt "$read_only" mkdir -m 700 "$new"
     attempt "$not_whole" tar_in "$new" -xf "$archive" -- "$2"
-    attempt "$not_whole" tar_in "$new" -df "$archive" -- "$2"
+    attempt "$not_whole" arrived "$new" "$2"
     sync -f "$new" || return 0
 }
 
@@ -255,12 +265,22 @@ change_lists() {
     rm -f "$share"/*.new
 }
 
+# Folders that are still to be made for the list, as its lines.
+find_missing_places() {
+    for place in "$prefix" "$prefix/bin" "$prefix/share"; do
+        [ -d "$place" ] || missing=$missing$line_feed$(enlist folder "$place")$line_feed
+    done
+}
+
 # Folders that were made for the list go with it.
 take_away_list() {
-    [ -n "$prefix" ] && [ -d "$share" ] || return 0
-    made=$line_feed$(cat "$share/installed.new")$line_feed
-    rm -f "$share"/*.new
-    rmdir "$share"
+    [ -n "$prefix" ] || return 0
+    made=$missing
+    if [ -d "$share" ]; then
+        made=$made$line_feed$(cat "$share/installed.new")$line_feed
+        rm -f "$share"/*.new
+        rmdir "$share"
+    fi
     for place in "$prefix/share" "$prefix/bin" "$prefix"; do
         case $made in
         *"$line_feed$(enlist folder "$place")$line_feed"*) rmdir "$place" ;;
@@ -325,9 +345,11 @@ move_into_place() {
     return "$failed"
 }
 
+missing=
 env true || exit "$not_allowed"
 case $step in
 put_beside)
+    find_missing_places
     trap : HUP INT TERM # this shell stays to tidy up
     (put_beside "$@")
     status=$?

@@ -10,7 +10,14 @@ namespace {
 constexpr std::int32_t refusal_status = 1;
 
 const char* refusal_text(std::int32_t auth_method) {
-    return auth_method == auth_method_su ? "su does not allow it" : "sudo does not allow it";
+    switch (auth_method) {
+    case auth_method_own:
+        return "It is not allowed";
+    case auth_method_su:
+        return "su does not allow it";
+    default:
+        return "sudo does not allow it";
+    }
 }
 
 const char* status_text(std::int32_t exit_status, std::int32_t auth_method) {
@@ -43,7 +50,8 @@ const char* copy_failure_text(const PlanResult& result, std::int32_t auth_method
     case CommandOutcome::refused:
         return refusal_text(auth_method);
     case CommandOutcome::no_terminal:
-        return "No terminal is left for asking the password";
+        return auth_method == auth_method_own ? "No terminal is left for the commands"
+                                              : "No terminal is left for asking the password";
     case CommandOutcome::failed:
         return status_text(result.ending.exit_status, auth_method);
     case CommandOutcome::succeeded: // so is called what a signal has ended

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 inline constexpr const char* no_room_in_tmp_text = "There is no room left in /tmp";
+inline constexpr const char* no_home_text = "The home folder is not known (HOME)";
 inline constexpr const char* no_room_text = "There is no room left on the disk";
 
 // What the end of a plan of install_steps.h means, in one line for the screen and the console; null

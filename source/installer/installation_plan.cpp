@@ -24,12 +24,14 @@ struct DesktopFiles {
 };
 
 DesktopFiles desktop_files(PrivilegedPlan* plan, const ProductSettings& settings,
-                           const char* desktop) {
+                           const InstallationSite& site) {
     const char* name = settings.product_short_name;
+    const char* icons = site.icons != nullptr ? site.icons : settings.icon_folder;
     return {
-        .icon = plan_text(plan, "%s/%s", settings.icon_folder, settings.icon_file_name),
-        .entry = plan_text(plan, "/usr/share/applications/%s.desktop", name),
-        .shown = desktop != nullptr ? plan_text(plan, "%s/%s.desktop", desktop, name) : nullptr,
+        .icon = plan_text(plan, "%s/%s", icons, settings.icon_file_name),
+        .entry = plan_text(plan, "%s/%s.desktop", site.applications, name),
+        .shown = site.desktop != nullptr ? plan_text(plan, "%s/%s.desktop", site.desktop, name)
+                                         : nullptr,
     };
 }
 
@@ -65,9 +67,9 @@ void add_levels(WordList* list, const char* kind, const char* folder, std::int32
 
 void add_members(WordList* list, const ProductSettings& settings, const InstallationSite& site) {
     add_pair(list, site.folder, settings.plugin_name);
-    for (const ProductItem& item : settings.items) {
-        if (item.name != nullptr) {
-            add_pair(list, item.folder != nullptr ? item.folder : site.folder, item.name);
+    for (std::size_t i = 0; i < items_most; ++i) {
+        if (settings.items[i].name != nullptr) {
+            add_pair(list, item_folder(settings, site, i), settings.items[i].name);
         }
     }
 }
@@ -75,10 +77,14 @@ void add_members(WordList* list, const ProductSettings& settings, const Installa
 void add_new_folders(WordList* list, const ProductSettings& settings,
                      const InstallationSite& site) {
     for (std::size_t i = 0; i < items_most; ++i) {
-        const ProductItem& item = settings.items[i];
-        if (item.name != nullptr && item.folder != nullptr) {
-            add_levels(list, "new-folder", item.folder, site.item_levels_missing[i]);
+        if (settings.items[i].name != nullptr) {
+            add_levels(list, "new-folder", item_folder(settings, site, i),
+                       site.item_levels_missing[i]);
         }
+    }
+    if (settings.install_desktop_files == 1 && site.icons != nullptr) {
+        add_levels(list, "new-folder", site.icons, site.icon_levels_missing);
+        add_levels(list, "new-folder", site.applications, site.application_levels_missing);
     }
 }
 
@@ -107,10 +113,11 @@ void add_others(WordList* list, const ProductSettings& settings, const Installat
 }
 
 // A step of install_steps.h. A shell's text is in one piece whatever folder names are.
-PlanStep careful_step(const ProductSettings& settings, const char* name) {
+PlanStep careful_step(const ProductSettings& settings, const InstallationSite& site,
+                      const char* name) {
     const bool listed = settings.uninstaller == 1;
     return {.words = {"sh", "-c", zeph_install_steps, "install", name, settings.product_short_name,
-                      archive_path, listed ? "/usr/local" : "", listed ? zeph_uninstaller : ""},
+                      archive_path, listed ? site.prefix : "", listed ? zeph_uninstaller : ""},
             .exact = true,
             .failure = StepFailure::ends_plan};
 }
@@ -122,7 +129,7 @@ constexpr std::size_t careful_words = 9;
 // that cannot be planned.
 bool plan_careful_extraction(PrivilegedPlan* plan, const ProductSettings& settings,
                              const InstallationSite& site, const DesktopFiles& files) {
-    PlanStep step = careful_step(settings, "put_beside");
+    PlanStep step = careful_step(settings, site, "put_beside");
     WordList list{plan, &step, careful_words, false};
     add_members(&list, settings, site);
     add_word(&list, "--");
@@ -166,18 +173,27 @@ bool plan_desktop_files(PrivilegedPlan* plan, const ProductSettings& settings,
 
 } // namespace
 
-void make_folder_plan(PrivilegedPlan* plan, const ProductSettings& settings) {
+const char* item_folder(const ProductSettings& settings, const InstallationSite& site,
+                        std::size_t index) {
+    if (site.item_folders[index] != nullptr) {
+        return site.item_folders[index];
+    }
+    const char* folder = settings.items[index].folder;
+    return folder != nullptr ? folder : site.folder;
+}
+
+void make_folder_plan(PrivilegedPlan* plan, const ProductSettings& settings, const char* folder) {
     *plan = PrivilegedPlan{};
-    plan_add_step(plan, {.words = {"mkdir", "-p", "-m", "755", settings.default_install_folder},
+    plan_add_step(plan, {.words = {"mkdir", "-p", "-m", "755", folder},
                          .exact = exact(settings),
                          .failure = StepFailure::ends_plan,
-                         .unless_there = settings.default_install_folder});
+                         .unless_there = folder});
 }
 
 void make_installation_plan(PrivilegedPlan* plan, const ProductSettings& settings,
                             const InstallationSite& site) {
     *plan = PrivilegedPlan{};
-    const DesktopFiles files = desktop_files(plan, settings, site.desktop);
+    const DesktopFiles files = desktop_files(plan, settings, site);
     if (settings.verify_installation == 0) {
         plan_extraction(plan, settings, site.folder);
     } else if (!plan_careful_extraction(plan, settings, site, files)) {

@@ -4,6 +4,7 @@
 #include "installer/desktop_folder.h"
 #include "installer/disk_room.h"
 #include "installer/folder_levels.h"
+#include "installer/home_path.h"
 
 #include <sys/stat.h>
 
@@ -26,30 +27,62 @@ bool is_there(const char* path) {
     return stat(path, &status) == 0;
 }
 
+// The places that are the person's own.
+bool move_home(SiteSurvey* survey, const ProductSettings& settings) {
+    const char* home = std::getenv("HOME");
+    if (!path_at_home(survey->prefix, home, "~/.local") ||
+        !path_at_home(survey->icons, home, person_icons) ||
+        !path_at_home(survey->applications, home, "~/.local/share/applications")) {
+        return false;
+    }
+    InstallationSite* site = &survey->site;
+    site->prefix = survey->prefix;
+    site->icons = survey->icons;
+    site->icon_levels_missing = missing_levels(survey->icons);
+    site->applications = survey->applications;
+    site->application_levels_missing = missing_levels(survey->applications);
+    for (std::size_t i = 0; i < items_most; ++i) {
+        const char* text = settings.items[i].person_folder;
+        if (text != nullptr) {
+            if (!path_at_home(survey->item_folders[i], home, text)) {
+                return false;
+            }
+            site->item_folders[i] = survey->item_folders[i];
+        }
+    }
+    return true;
+}
+
 } // namespace
 
-void survey_site(SiteSurvey* survey, const ProductSettings& settings, const char* folder,
-                 std::int32_t levels_made) {
+bool survey_site(SiteSurvey* survey, const ProductSettings& settings, Recipient recipient,
+                 const char* folder, std::int32_t levels_made) {
     InstallationSite* site = &survey->site;
     *site = InstallationSite{};
+    if (recipient == Recipient::person && !move_home(survey, settings)) {
+        return false;
+    }
     site->folder = folder;
     site->desktop = find_desktop(survey->desktop, settings) ? survey->desktop : nullptr;
     site->levels_made = levels_made;
     site->extra_folder_missing = !is_there(settings.extra_folder);
     for (std::size_t i = 0; i < items_most; ++i) {
-        const char* item_folder = settings.items[i].folder;
-        site->item_levels_missing[i] = item_folder != nullptr ? missing_levels(item_folder) : 0;
-    }
-}
-
-bool site_has_room(const ProductSettings& settings, const InstallationSite& site) {
-    RoomWanted wanted[items_most + 1] = {{site.folder, settings.installed_size}};
-    std::size_t count = 1;
-    for (const ProductItem& item : settings.items) {
-        if (item.name != nullptr) {
-            wanted[count++] = {item.folder != nullptr ? item.folder : site.folder,
-                               item.installed_size};
+        if (settings.items[i].folder != nullptr) {
+            site->item_levels_missing[i] = missing_levels(item_folder(settings, *site, i));
         }
     }
-    return has_room_for_all(wanted, count, Writer::root);
+    return true;
+}
+
+bool site_has_room(const ProductSettings& settings, const InstallationSite& site,
+                   Recipient recipient) {
+    RoomWanted wanted[items_most + 1] = {{site.folder, settings.installed_size}};
+    std::size_t count = 1;
+    for (std::size_t i = 0; i < items_most; ++i) {
+        if (settings.items[i].name != nullptr) {
+            wanted[count++] = {item_folder(settings, site, i), settings.items[i].installed_size};
+        }
+    }
+    return has_room_for_all(wanted, count,
+                            recipient == Recipient::person ? Writer::person : Writer::root);
 }

@@ -64,8 +64,13 @@ bool password_is_right() {
                : su_check_password(&installer.runner, installer.password);
 }
 
-// Asks until a password is accepted, as often as it takes; false when cancelled.
+// Asks until a password is accepted, as often as it takes; false when cancelled. One person's own
+// rights need none.
 bool authenticate() {
+    if (installer.auth_method == auth_method_own) {
+        main_window_accept_keys();
+        return !cancelled();
+    }
     main_window_ask_for_password();
     main_window_accept_keys();
     for (;;) {
@@ -75,6 +80,7 @@ bool authenticate() {
         main_window_hold_password();
         main_window_take_password();
         if (password_is_right()) {
+            log_print("** INFO ** %s: Password OK\n", installer.title);
             return true;
         }
         forget_password();
@@ -129,7 +135,9 @@ void clean_up_and_report() {
         return;
     }
     log_print("** INFO ** %s: Installation Complete\n", installer.title);
-    main_window_show_last_screen(complete_screen);
+    ScreenText screen = complete_screen;
+    screen.reason = tell_uninstaller();
+    main_window_show_last_screen(screen);
     finish();
 }
 
@@ -146,8 +154,11 @@ void copy_and_report() {
 }
 
 void install() {
-    log_print("** INFO ** %s: Password OK\n", installer.title);
     main_window_start_installing();
+    if (!find_default_folder()) {
+        finish_without_installing(copy_failed_screen);
+        return;
+    }
     if (unpack_payload() != 0) {
         if (cancelled()) {
             remove_temporary_files();

@@ -20,6 +20,7 @@
 #include <pthread.h>
 
 #include <atomic>
+#include <climits>
 #include <csignal>
 #include <cstdint>
 #include <mutex>
@@ -27,6 +28,7 @@
 struct Pixbuf;
 
 inline constexpr std::size_t title_size = 1024;
+inline constexpr std::size_t panel_line_size = 63; // bytes of a whole line, with the zero
 
 // What a window shows: a picture of design size that widgets draw into, and its copy in device
 // pixels as the screen wants it. Both owned.
@@ -47,7 +49,10 @@ struct InstallerState { // NOLINT(clang-analyzer-optin.performance.Padding)
     std::atomic<bool> farewell_said{false};        // nothing is left to be done
     std::atomic<std::int32_t> another_instance{0}; // 1 = the lock file is somebody else's and stays
     std::atomic<char*> install_folder{nullptr};    // owned; null = none chosen
+    char home_folder[PATH_MAX] = {};               // what default_folder may point to
+    const char* default_folder = nullptr;          // for whom it is installed
     std::int32_t default_folder_levels_made = 0;   // of its names, from the last, by this run
+    char uninstaller_line[panel_line_size] = {};   // what the last screen says of it
     const char* failure_reason = nullptr;          // for the last screen; null = none is known
     char* password = nullptr;                      // owned, for secret_free
     UiEngine* engine = nullptr;                    // owned

@@ -60,7 +60,9 @@ void choose_auth_method() {
     installer.runner.title = installer.title;
     installer.runner.cancel_requested = &installer.cancel_requested;
     installer.runner.log = log_print;
-    if (find_sudo(&installer.runner) == 1) {
+    if (product.install_for == InstallFor::person) {
+        installer.auth_method = auth_method_own;
+    } else if (find_sudo(&installer.runner) == 1) {
         installer.auth_method = auth_method_sudo;
     } else if (find_su(&installer.runner) == 1) {
         installer.auth_method = auth_method_su;

@@ -8,6 +8,7 @@
 #include "installer/embedded_payload.h"
 #include "installer/flow_timing.h"
 #include "installer/folder_levels.h"
+#include "installer/home_path.h"
 #include "installer/installation_plan.h"
 #include "installer/installation_site.h"
 #include "installer/installer_state.h"
@@ -45,13 +46,26 @@ std::FILE* create(const char* path) {
     return temporary_file_create(path);
 }
 
+Recipient recipient() {
+    return installer.auth_method == auth_method_own ? Recipient::person : Recipient::everybody;
+}
+
+bool write_entry_for_recipient(std::FILE* entry) {
+    char icons[PATH_MAX];
+    if (recipient() == Recipient::everybody) {
+        return write_desktop_entry(entry);
+    }
+    return path_at_home(icons, std::getenv("HOME"), person_icons) &&
+           write_desktop_entry(entry, installer.default_folder, icons);
+}
+
 bool unpack_desktop_files() {
     std::FILE* icon = create(icon_path);
     std::FILE* entry = create(entry_path);
     bool written = icon != nullptr && entry != nullptr && fchmod(fileno(icon), shared_mode) == 0 &&
                    fchmod(fileno(entry), shared_mode) == 0;
     if (entry != nullptr) {
-        written = write_desktop_entry(entry) && written;
+        written = write_entry_for_recipient(entry) && written;
         written = temporary_file_close(entry) && written;
     }
     if (icon != nullptr) {
@@ -95,11 +109,17 @@ std::int32_t fail_unpacking() {
     return fail_for("Unable to extract installer data", full ? no_room_in_tmp_text : nullptr);
 }
 
+void tell_path(const char* kind, const char* what, const char* path) {
+    char* visible = visible_copy(path);
+    log_print("%s %s: %s - %s\n", kind, installer.title, what, visible != nullptr ? visible : "");
+    std::free(visible);
+}
+
 // Those that are not the chosen one, of which the person has been told.
-void tell_item_folders() {
-    for (const ProductItem& item : product.items) {
-        if (item.name != nullptr && item.folder != nullptr) {
-            log_print("** INFO ** %s: Installing to - %s\n", installer.title, item.folder);
+void tell_item_folders(const InstallationSite& site) {
+    for (std::size_t i = 0; i < items_most; ++i) {
+        if (product.items[i].name != nullptr && product.items[i].folder != nullptr) {
+            tell_path("** INFO **", "Installing to", item_folder(product, site, i));
         }
     }
 }
@@ -134,16 +154,27 @@ std::int32_t unpack_payload() {
     return 0;
 }
 
+bool find_default_folder() {
+    if (recipient() == Recipient::everybody) {
+        installer.default_folder = product.default_install_folder;
+        return true;
+    }
+    if (!path_at_home(installer.home_folder, std::getenv("HOME"), product.person_folder)) {
+        return fail_for("Failed to copy files", no_home_text) == 0;
+    }
+    installer.default_folder = installer.home_folder;
+    return true;
+}
+
 void offer_default_folder() {
     if (product.offer_default_folder == 0 || installer.cancel_requested != 0) {
         return;
     }
     PrivilegedPlan plan;
-    make_folder_plan(&plan, product);
-    const std::int32_t missing = missing_levels(product.default_install_folder);
-    if (carry_out(plan).status != 0 || chdir(product.default_install_folder) != 0) {
-        log_print("** ERROR ** %s: Unable to open folder - %s\n", installer.title,
-                  product.default_install_folder);
+    make_folder_plan(&plan, product, installer.default_folder);
+    const std::int32_t missing = missing_levels(installer.default_folder);
+    if (carry_out(plan).status != 0 || chdir(installer.default_folder) != 0) {
+        tell_path("** ERROR **", "Unable to open folder", installer.default_folder);
         return;
     }
     installer.default_folder_levels_made = missing;
@@ -155,20 +186,37 @@ std::int32_t copy_files() {
         return 1;
     }
     const char* chosen = installer.install_folder;
-    const char* folder = chosen != nullptr ? chosen : product.default_install_folder;
-    const bool offered = std::strcmp(folder, product.default_install_folder) == 0;
+    const char* folder = chosen != nullptr ? chosen : installer.default_folder;
+    const bool offered = std::strcmp(folder, installer.default_folder) == 0;
     SiteSurvey survey;
-    survey_site(&survey, product, folder, offered ? installer.default_folder_levels_made : 0);
-    if (product.verify_installation == 1 && !site_has_room(product, survey.site)) {
+    if (!survey_site(&survey, product, recipient(), folder,
+                     offered ? installer.default_folder_levels_made : 0)) {
+        return fail_for("Failed to copy files", no_home_text);
+    }
+    if (product.verify_installation == 1 && !site_has_room(product, survey.site, recipient())) {
         return fail_for("Failed to copy files", no_room_text);
     }
-    tell_item_folders();
+    tell_item_folders(survey.site);
     PrivilegedPlan plan;
     make_installation_plan(&plan, product, survey.site);
     const PlanResult result = carry_out(plan);
     return result.status == 0
                ? 0
                : fail_for("Failed to copy files", copy_failure_text(result, installer.auth_method));
+}
+
+const char* tell_uninstaller() {
+    char text[PATH_MAX];
+    char path[PATH_MAX];
+    (void)std::snprintf(text, sizeof text, "~/.local/bin/uninstall-%s", product.product_short_name);
+    if (product.uninstaller == 0 || recipient() == Recipient::everybody ||
+        !path_at_home(path, std::getenv("HOME"), text)) {
+        return nullptr;
+    }
+    tell_path("** INFO **", "To remove it", path);
+    char(&line)[panel_line_size] = installer.uninstaller_line;
+    const int length = std::snprintf(line, sizeof line, "To remove it: %s", text);
+    return length > 0 && static_cast<std::size_t>(length) < sizeof line ? line : nullptr;
 }
 
 std::int32_t remove_temporary_files() {

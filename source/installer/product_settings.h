@@ -12,10 +12,15 @@
 struct ProductItem {
     const char* name;            // at the archive's top; null = there is no further item
     const char* folder;          // where it goes, made when missing; null = beside the plug-in
+    const char* person_folder;   // the same for one person, as "~/.clap"
     std::int64_t installed_size; // bytes that it takes on a disk, about
 };
 
 inline constexpr std::size_t items_most = 16;
+
+// For whom it is installed: for everybody, as root; for the person alone, in the home folder and by
+// the person's own rights; or as the person says. The last two with verify_installation only.
+enum class InstallFor { everybody, person, ask };
 
 struct ProductSettings {
     const char* product_name;           // window title and console prefix
@@ -27,6 +32,8 @@ struct ProductSettings {
     const char* icon_file_name;         // the installed icon's file name
     const char* icon_folder;            // the installed icon's folder
     const char* default_install_folder; // where to install when no folder was chosen
+    const char* person_folder;          // the same for one person, as "~/.lv2"
+    InstallFor install_for;             // for whom
     const char* folder_browser_title;   // the folder browser's title
     const char* extra_folder;           // a folder to create after copying
     std::int32_t create_extra_folder;   // 1 = create extra_folder when it does not exist
@@ -54,6 +61,8 @@ inline constexpr ProductSettings product = {
     .icon_file_name = "wmx-4c_icon_48px.png",
     .icon_folder = "/usr/share/icons",
     .default_install_folder = "/usr/lib/lv2",
+    .person_folder = "",
+    .install_for = InstallFor::everybody,
     .folder_browser_title = "- Select your VST plugins folder -",
     .extra_folder = "",
     .create_extra_folder = 0,

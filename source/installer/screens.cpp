@@ -78,6 +78,8 @@ const ScreenText& authentication_screen(std::int32_t auth_method) {
         return sudo_password_screen;
     case auth_method_su:
         return su_password_screen;
+    case auth_method_own:
+        return installing_screen;
     default:
         return no_auth_method_screen;
     }

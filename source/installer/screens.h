@@ -34,5 +34,6 @@ extern const ScreenText copy_failed_screen;
 extern const ScreenText cancelled_screen;
 extern const ScreenText complete_screen;
 
-// The screen that asks for the password, or says that there is no way to, by AuthMethod.
+// The screen that asks for the password, says that there is no way to, or that none is needed, by
+// AuthMethod.
 [[nodiscard]] const ScreenText& authentication_screen(std::int32_t auth_method);

@@ -11,6 +11,7 @@
 enum AuthMethod : std::int32_t {
     auth_method_sudo = 0,
     auth_method_su = 1,
+    auth_method_own = 2, // none: all is done by the person's own rights
     auth_method_none = 255,
 };
 

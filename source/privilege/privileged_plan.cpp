@@ -2,6 +2,7 @@
 #include "privilege/privileged_plan.h"
 
 #include "privilege/auth_method.h"
+#include "privilege/own_command.h"
 #include "privilege/password_dialogue.h"
 #include "privilege/su_command.h"
 #include "privilege/sudo_command.h"
@@ -43,8 +44,14 @@ bool ends_plan(const PlanStep& step, std::int32_t auth_method, const CommandResu
 CommandResult run_step(PrivilegedRunner* runner, std::int32_t auth_method, const PlanStep& step,
                        const char* password) {
     const PrivilegedCommand command{step.words, step.exact};
-    return auth_method == auth_method_sudo ? sudo_run_fresh(runner, command, password)
-                                           : su_run(runner, command, password);
+    switch (auth_method) {
+    case auth_method_sudo:
+        return sudo_run_fresh(runner, command, password);
+    case auth_method_own:
+        return own_run(runner, command);
+    default:
+        return su_run(runner, command, password);
+    }
 }
 
 } // namespace

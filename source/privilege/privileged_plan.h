@@ -53,8 +53,8 @@ struct PlanResult {
     CommandResult ending; // what became of the step that ended it; cancelled = in a wait, perhaps
 };
 
-// Carries the plan out by auth_method (AuthMethod, not none). When it ends right after steps that
-// keep undo in force, undo is carried out too, whether or not it was a cancel that ended it.
-// password is borrowed.
+// Carries the plan out by auth_method (AuthMethod, not none). By the person's own rights the
+// password is not needed. When it ends right after steps that keep undo in force, undo is carried
+// out too, whether or not it was a cancel that ended it. password is borrowed.
 [[nodiscard]] PlanResult run_plan(PrivilegedRunner* runner, std::int32_t auth_method,
                                   const PrivilegedPlan& plan, const char* password);

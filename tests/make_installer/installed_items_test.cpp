@@ -101,7 +101,9 @@ TEST_P(InstalledItems, WithoutRoomForOneLeaveEverythingAsItWas) {
     fs::create_directories("/usr/local/share/doc");
     ASSERT_EQ(mount("tmpfs", "/usr/local/share/doc", "tmpfs", 0, "size=8k"), 0);
     support::write_file("/usr/local/share/doc/full", std::string(8192, 'f'));
+    const auto last_change = fs::last_write_time(folder);
     expect_refused("There is no room left on the disk");
+    EXPECT_EQ(fs::last_write_time(folder), last_change); // nothing has been tried
 }
 
 // There is room for the bytes, not for another file.

@@ -164,16 +164,68 @@ class WhatIsCarried(Items):
         self.put("sub/b.clap", b"x" * 5000)
         checker, packed = self.package(self.TEXT)
         header = staging.header_text(checker.values, packed, 1)
-        table = '    .items = {{"manual", "/opt/my-doc", 8192}, {"b.clap", nullptr, 8192}},\n'
+        table = '    .items = {{"manual", "/opt/my-doc", nullptr, 8192}, {"b.clap", nullptr, nullptr, 8192}},\n'
         self.assertIn(table, header)
         checker, packed = self.package("")
         self.assertIn("    .items = {},\n", staging.header_text(checker.values, packed, 1))
 
     def test_the_summary_says_where_they_go(self):
         self.put("sub/b.clap")
-        _, packed = self.package(self.TEXT)
-        places = list(summary.item_places(packed.parts[1:]))
+        checker, packed = self.package(self.TEXT)
+        places = list(summary.item_places(checker.values, packed.parts[1:]))
         self.assertEqual(places, ["manual into /opt/my-doc", "b.clap beside the plug-in"])
+
+
+class ForOnePerson(Items):
+    FOR_PERSON = ('install_for = "everybody"\n', 'install_for = "person"\n')
+
+    def test_known_folders_have_one_in_the_home(self):
+        text = '[[item]]\npath = "a.clap"\nfolder = "/usr/lib64/clap"\n'
+        checker, packed = self.package(text, self.FOR_PERSON)
+        self.assertEqual(checker.values["person_folder"], "~/.lv2")
+        header = staging.header_text(checker.values, packed, 1)
+        self.assertIn('    .person_folder = "~/.lv2",\n', header)
+        self.assertIn("    .install_for = InstallFor::person,\n", header)
+        self.assertIn('{"a.clap", "/usr/lib64/clap", "~/.clap", 8192}'.replace("8192", "4096"), header)
+        self.assertEqual(list(summary.main_places(checker.values)), ["~/.lv2"])
+        places = list(summary.item_places(checker.values, packed.parts[1:]))
+        self.assertEqual(places, ["a.clap into ~/.clap"])
+
+    def test_other_folders_need_to_be_named(self):
+        text = '[[item]]\npath = "manual"\nfolder = "/opt/doc"\n'
+        said = "item 1: person_folder: is missing, and doc is no folder that is known to stand for one "
+        said += 'in the home; add a line person_folder = "~/..."'
+        self.expect_refused(text, 1, said, self.FOR_PERSON)
+        checker, _ = self.package(text + 'person_folder = "~/doc"\n', self.FOR_PERSON)
+        self.assertEqual(checker.items[0].person_folder, "~/doc")
+        self.package(text)  # for everybody none is needed
+
+    def test_folders_that_are_not_in_the_home(self):
+        for place, said in (
+            ('"/opt"', "'/opt' is not in the home folder; begin with ~/"),
+            ('"~/../b"', "'~/../b' has an empty name, . or .. in it or a / at its end; "
+             "write the folder's plain path"),
+            ("7", 'is not a text; write it in quotes: "..."'),
+        ):
+            text = f'[[item]]\npath = "manual"\nfolder = "/opt/doc"\nperson_folder = {place}\n'
+            self.expect_refused(text, 4, f"item 1: person_folder: {said}", self.FOR_PERSON)
+        text = '[[item]]\npath = "manual"\nperson_folder = "~/doc"\n'
+        said = "item 1: person_folder: is there without folder; add folder, or remove it"
+        self.expect_refused(text, 3, said)
+        text = '[[item]]\npath = "manual"\nfolder = "/opt/doc"\nperson_folder = "~/.lv2/my-plug-in.lv2"\n'
+        said = "item 1: person_folder: ~/.lv2/my-plug-in.lv2 is inside the plug-in, which is put in place "
+        self.expect_refused(text, 4, said + "as a whole; put it into my-plug-in.lv2", self.FOR_PERSON)
+
+    def test_what_takes_root_or_tells_of_no_failure(self):
+        off = (("verify_installation = 1\n", "verify_installation = 0\n"),)
+        off += (("uninstaller = 1\n", "uninstaller = 0\n"),)
+        said = "but without root only verify_installation finds out what failed"
+        self.assertIn(said, self.refused("", self.FOR_PERSON, *off)[0])
+        extra = ("create_extra_folder = 0\n", "create_extra_folder = 1\n")
+        complaints = self.refused("", self.FOR_PERSON, extra)
+        self.assertIn("without root nobody can make extra_folder", "".join(complaints))
+        complaints = self.refused("", (self.FOR_PERSON[0], 'install_for = "root"\n'))
+        self.assertIn("""install_for: is 'root'; write "everybody" or "person" or "ask\"""", complaints[0])
 
 
 class WhatIsWarnedOf(Items):

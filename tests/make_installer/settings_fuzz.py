@@ -20,7 +20,7 @@ FILES = int(sys.argv[1]) if len(sys.argv) > 1 else 2000
 with open(os.path.join(TOOL, "template", product_settings.FILE_NAME), "rb") as template:
     WHOLE = template.read() + b'\n[[item]]\npath = "manual"\nfolder = "/opt/doc"\n'
 KNOWN = product_settings.TEXTS + product_settings.SWITCHES + product_settings.FILES
-OF_ITEMS = ("path", "folder", "[[item]]")
+OF_ITEMS = ("path", "folder", "person_folder", "[[item]]")
 
 values = strategies.recursive(
     strategies.one_of(
@@ -62,9 +62,9 @@ def check(text):
             for complaint in error.complaints:
                 assert product_settings.FILE_NAME in complaint and ";" in complaint, complaint
             return
-    assert set(found) == set(KNOWN) | set(product_settings.CHOICES) | {"item"}
+    assert set(found) == set(KNOWN) | set(product_settings.CHOICES) | {"item", "person_folder"}
     for item in found["item"]:
-        assert set(item) <= {"path", "folder"} and item["path"], item
+        assert set(item) <= {"path", "folder", "person_folder"} and item["path"], item
         assert item.get("folder", "/").startswith("/"), item
     for name in product_settings.SWITCHES:
         assert type(found[name]) is int and found[name] in (0, 1), (name, found[name])

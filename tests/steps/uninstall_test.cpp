@@ -251,6 +251,29 @@ TEST_P(Uninstaller, OnADiskThatIsFullLeavesTheEarlierVersionAndItsList) {
     EXPECT_GE(refused, 3);
 }
 
+// A disk that takes a few more files, and not all that the list needs.
+TEST_P(Uninstaller, ThatHasNoRoomForItsFoldersLeavesNone) {
+    fs::create_directory(prefix);
+    int refused = 0;
+    for (int names = 2;; ++names) {
+        ASSERT_LT(names, 100);
+        const std::string size = "size=1m,nr_inodes=" + std::to_string(names);
+        ASSERT_EQ(mount("tmpfs", prefix.c_str(), "tmpfs", 0, size.c_str()), 0);
+        const std::string before = tree_of(place);
+        const int status = install(GetParam(), folder, keeping());
+        if (status != 0) {
+            EXPECT_EQ(status, no_room);
+            EXPECT_EQ(tree_of(place), before);
+            ++refused;
+        }
+        ASSERT_EQ(umount(prefix.c_str()), 0);
+        if (status == 0) {
+            break;
+        }
+    }
+    EXPECT_GE(refused, 4);
+}
+
 TEST_P(Uninstaller, AFailedOrAbandonedInstallationLeavesNone) {
     ASSERT_EQ(run_step(GetParam(), "put_beside", folder, keeping()), 0);
     EXPECT_TRUE(fs::exists(list + ".new"));

@@ -142,6 +142,7 @@ class Part:
     setting: str  # which names it, as complaints call it
     folder_setting: str
     folder: str  # where it goes; None = beside the plug-in
+    person_folder: str  # the same for one person
     contents: Contents
 
 

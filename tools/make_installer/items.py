@@ -3,11 +3,12 @@
 import dataclasses
 import os
 
+import person_folders
 from settings_file import item_setting
 from wording import visible
 
 MOST = 16  # as in product_settings.h
-SETTINGS = ("path", "folder")
+SETTINGS = ("path", "folder", "person_folder")
 
 
 @dataclasses.dataclass
@@ -17,6 +18,7 @@ class Item:
     number: int  # from 1, in the order of the file
     path: str  # in the product folder
     folder: str  # where it goes; None = beside the plug-in
+    person_folder: str  # the same for one person
 
     def name(self):
         """Its name at the archive's top, and where it is installed."""
@@ -51,7 +53,8 @@ class ItemChecker:
             return
         for number, table in enumerate(given, start=1):
             self.check_names(number, table)
-            item = Item(number, self.path(number, table), self.folder(number, table))
+            places = (self.folder(number, table), self.person_folder(number, table))
+            item = Item(number, self.path(number, table), *places)
             if item.path:
                 self.check_place(item)
                 self.check_name(item)
@@ -89,27 +92,39 @@ class ItemChecker:
             self.checker.complain(setting, "is empty", mend)
         return None
 
+    def person_folder(self, number, table):
+        setting = item_setting(number, "person_folder")
+        if table.get("folder") is None:
+            if "person_folder" in table:
+                self.checker.complain(setting, "is there without folder", "add folder, or remove it")
+            return None
+        return person_folders.of(self.checker, setting, table.get("person_folder"), table["folder"])
+
     def others(self):
-        """(what it is called, path, folder) of what came before."""
+        """What it is called, path, and folders by setting, of what came before."""
         values = self.checker.values
         if isinstance(values.get("plugin"), str) and values["plugin"]:
-            yield "the plug-in", values["plugin"], values.get("default_install_folder")
+            folders = (values.get("default_install_folder"), values.get("person_folder"))
+            yield "the plug-in", values["plugin"], folders
         for item in self.items:
-            yield item_setting(item.number), item.path, item.folder
+            yield item_setting(item.number), item.path, (item.folder, item.person_folder)
 
     def check_place(self, item):
-        if item.folder is None:
-            return
-        setting = item_setting(item.number, "folder")
-        if item.folder == self.checker.values.get("default_install_folder"):
-            wrong = "is default_install_folder, in place of which the person may choose another one"
-            mend = "leave the line out, and it goes wherever the plug-in goes"
-            self.checker.complain(setting, wrong, mend)
-        for what, path, folder in self.others():
-            place = f"{folder}/{name_of(path)}"
-            if folder and f"{item.folder}/".startswith(f"{place}/"):
-                wrong = f"{visible(item.folder)} is inside {what}, which is put in place as a whole"
-                self.checker.complain(setting, wrong, f"put it into {visible(path)}")
+        own = (item.folder, item.person_folder)
+        mains = ("default_install_folder", "person_folder")
+        for kind, (name, place) in enumerate(zip(("folder", "person_folder"), own)):
+            if not place or (name == "person_folder" and not person_folders.wanted(self.checker.values)):
+                continue
+            setting = item_setting(item.number, name)
+            if place == self.checker.values.get(mains[kind]):
+                wrong = f"is {mains[kind]}, in place of which the person may choose another one"
+                mend = "leave the line out, and it goes wherever the plug-in goes"
+                self.checker.complain(setting, wrong, mend)
+                return
+            for what, path, folders in self.others():
+                if folders[kind] and f"{place}/".startswith(f"{folders[kind]}/{name_of(path)}/"):
+                    wrong = f"{visible(place)} is inside {what}, which is put in place as a whole"
+                    self.checker.complain(setting, wrong, f"put it into {visible(path)}")
 
     def check_name(self, item):
         setting = item_setting(item.number, "path")

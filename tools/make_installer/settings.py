@@ -8,6 +8,7 @@ import difflib
 import re
 
 import items
+import person_folders
 import screen_text
 import settings_file
 from settings_file import FILE_NAME, SettingsError
@@ -46,7 +47,12 @@ PICTURES = (
 )
 FILES = ("plugin",) + tuple(picture[0] for picture in PICTURES)
 # Those that need not be there: what each may say, the first being what it is without.
-CHOICES = {"compression": ("gzip", "xz")}
+CHOICES = {
+    "compression": ("gzip", "xz"),
+    "install_for": ("everybody", "person", "ask"),
+}
+# And a text that follows from others.
+DERIVED = ("person_folder",)
 
 # What a shell, and a split at blanks, leave in one piece. No "%": desktop entries read codes in it.
 PLAIN = re.compile(r"[A-Za-z0-9._+@:,=/-]*")
@@ -78,12 +84,12 @@ class Checker:
 
     def place_of(self, setting):
         """The file, and the line if there is one."""
-        line = self.lines.get(setting)
+        line = self.lines.get(setting) or self.lines.get(setting.split(":")[0])  # or its item's
         return visible(self.path) + (f":{line}" if line else "")
 
     def check_names(self):
         required = TEXTS + SWITCHES + FILES
-        known = required + tuple(CHOICES) + ("item",)
+        known = required + tuple(CHOICES) + DERIVED + ("item",)
         meant = items.swallowed(self.values)
         for setting in self.values:
             if setting not in known:
@@ -185,13 +191,14 @@ class Checker:
         if value is not None:
             self.check_folder_text(setting, value)
 
-    def check_folder_text(self, setting, value):
+    def check_folder_text(self, setting, shown, value=None):
+        value = value or shown
         if not self.check_plain(setting, value, LONGEST_FOLDER):
             return
         if not value.startswith("/"):
             self.complain(setting, f"{value!r} is not absolute", "begin with /")
         elif any(name in ("", ".", "..") for name in value[1:].split("/")):
-            wrong = f"{value!r} has an empty name, . or .. in it or a / at its end"
+            wrong = f"{shown!r} has an empty name, . or .. in it or a / at its end"
             self.complain(setting, wrong, "write the folder's plain path")
 
     def check_executable(self, needed):
@@ -258,7 +265,9 @@ class Checker:
         self.check_uninstaller()
         for setting in FILES:
             self.text(setting)
-        self.items = items.check_items(self, TEXTS + SWITCHES + FILES + tuple(CHOICES))
+        person_folders.check(self)
+        known = TEXTS + SWITCHES + FILES + tuple(CHOICES) + DERIVED
+        self.items = items.check_items(self, known)
 
 
 def check_settings(folder):

@@ -35,16 +35,17 @@ def check_files(folder, checker):
     wanted = []
     if checker.values.get("plugin"):
         place = checker.values.get("default_install_folder")
-        wanted.append(("plugin", "default_install_folder", place, checker.values["plugin"]))
+        places = (place, checker.values.get("person_folder"))
+        wanted.append(("plugin", "default_install_folder", places, checker.values["plugin"]))
     for item in checker.items:
         names = [item_setting(item.number, name) for name in ("path", "folder")]
-        wanted.append((*names, item.folder, item.path))
+        wanted.append((*names, (item.folder, item.person_folder), item.path))
     parts = []
-    for setting, folder_setting, place, path in wanted:
+    for setting, folder_setting, places, path in wanted:
         complaints, packed = contents.complaints_about(folder, checker.values, path)
         for wrong in complaints:
             checker.complain_as_said(setting, wrong)
-        parts.append(contents.Part(setting, folder_setting, place, packed))
+        parts.append(contents.Part(setting, folder_setting, *places, packed))
     for setting, width, height, needs_rgba in settings.PICTURES:
         if not checker.values.get(setting):
             continue
@@ -74,7 +75,8 @@ def literal_of(value):
 def items_literal(parts):
     """The table of what is installed along with the plug-in."""
     rows = (
-        (part.contents.name, part.folder, size_on_disk(part.contents.members)) for part in parts
+        (part.contents.name, part.folder, part.person_folder, size_on_disk(part.contents.members))
+        for part in parts
     )
     return "{" + ", ".join("{" + ", ".join(map(literal_of, row)) + "}" for row in rows) + "}"
 
@@ -84,6 +86,8 @@ def header_text(values, packed, archive_size):
     with open(DEFAULT_HEADER, encoding="utf-8") as file:
         text = file.read()
     initialisers = {name: literal_of(values[name]) for name in settings.TEXTS + settings.SWITCHES}
+    initialisers["person_folder"] = literal_of(values["person_folder"])
+    initialisers["install_for"] = f"InstallFor::{values['install_for']}"
     initialisers["plugin_name"] = literal_of(packed.plugin.name)
     initialisers["installed_size"] = size_on_disk(packed.plugin.members)
     initialisers["items"] = items_literal(packed.parts[1:])

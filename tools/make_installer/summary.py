@@ -37,10 +37,21 @@ def block(word, lines, out):
         print(f"  {'' if index else word:14} {line}", file=out)
 
 
-def item_places(parts):
+def main_places(values):
+    """Where the plug-in goes by itself, for one person and for everybody."""
+    if values["install_for"] != "everybody":
+        yield values["person_folder"]
+    if values["install_for"] != "person":
+        yield values["default_install_folder"]
+
+
+def item_places(values, parts):
     """Where each item goes."""
     for part in parts:
         place = f"into {part.folder}" if part.folder else "beside the plug-in"
+        if part.folder and values["install_for"] != "everybody":
+            place = f"into {part.person_folder}"
+            place += f" or {part.folder}" if values["install_for"] == "ask" else ""
         yield f"{visible(part.contents.name)} {place}"
 
 
@@ -68,8 +79,8 @@ def summary(values, stage, product, path, digest):
     block("product", [f"{values['product_name']} {values['product_version']}"], out)
     block("processor", [facts.processor], out)
     block("size", [f"{os.path.getsize(path)} bytes, {stage.archive_size} of them payload"], out)
-    block("installs into", [f"{values['default_install_folder']}, or where the person says"], out)
-    block("along with it", some_of(item_places(packed.parts[1:])), out)
+    block("installs into", [f"{place}, or where the person says" for place in main_places(values)], out)
+    block("along with it", some_of(item_places(values, packed.parts[1:])), out)
     block("payload", some_of(listing(packed.members, packed.links)), out)
     if len(some_of(packed.members)) < len(packed.members):
         block("links", some_of(links_behind(packed.members, packed.links)), out)

@@ -47,6 +47,13 @@ TEST(CopyFailure, ThatIsARefusalNamesWhoRefuses) {
     }
 }
 
+TEST(CopyFailure, OfOnePersonNamesNeitherSudoNorSu) {
+    EXPECT_EQ(text_of(CommandOutcome::failed, 1, auth_method_own), "It is not allowed");
+    EXPECT_EQ(text_of(CommandOutcome::no_terminal, 0, auth_method_own),
+              "No terminal is left for the commands");
+    EXPECT_LE(std::strlen(no_home_text), longest_panel_line);
+}
+
 TEST(CopyFailure, ThatIsNoneOrACancelHasNoWords) {
     EXPECT_EQ(copy_failure_text({0, {CommandOutcome::succeeded}}, auth_method_sudo), nullptr);
     EXPECT_EQ(text_of(CommandOutcome::succeeded), "");

@@ -27,6 +27,30 @@ TEST(DesktopEntry, HasTheTenLinesOfTheProduct) {
     std::free(text);
 }
 
+std::string line_of_entry(const std::string& start, const char* program_folder,
+                          const char* icon_folder) {
+    char* text = nullptr;
+    std::size_t size = 0;
+    std::FILE* file = open_memstream(&text, &size);
+    EXPECT_TRUE(write_desktop_entry(file, program_folder, icon_folder));
+    std::fclose(file);
+    const std::string entry(text, size);
+    std::free(text);
+    const std::size_t begin = entry.find("\n" + start) + 1;
+    return entry.substr(begin, entry.find('\n', begin) - begin);
+}
+
+// Read as a value first, and then as a command line.
+TEST(DesktopEntry, QuotesFoldersThatAreNotPlain) {
+    EXPECT_EQ(line_of_entry("Exec=", "/home/a/.lv2", "/i"), "Exec=/home/a/.lv2/qb20-i686");
+    EXPECT_EQ(line_of_entry("Exec=", "/home/A B's/.lv2", "/i"),
+              R"(Exec="/home/A B's/.lv2/qb20-i686")");
+    EXPECT_EQ(line_of_entry("Exec=", "/\"a$`b\\%\n", "/i"),
+              R"(Exec="/\\"a\\$\\`b\\\\%%\n/qb20-i686")");
+    EXPECT_EQ(line_of_entry("Icon=", "/a", "/home/A \"B\"\\\n"),
+              R"(Icon=/home/A "B"\\\n/wmx-4c_icon_48px.png)");
+}
+
 TEST(DesktopEntry, ReportsAStreamThatTakesNothing) {
     std::FILE* file = std::fopen("/dev/null", "rb");
     ASSERT_NE(file, nullptr);

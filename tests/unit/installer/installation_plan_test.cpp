@@ -146,9 +146,14 @@ TEST(InstallationPlan, WithItemsNamesEachWithItsFolderAndTheFoldersToMake) {
     ProductSettings settings = careful;
     settings.verify_installation = 1;
     settings.plugin_name = "tilt.lv2";
-    settings.items[0] = {.name = "tilt.clap", .folder = "/usr/lib/clap", .installed_size = 1};
-    settings.items[1] = {.name = "presets.lv2", .folder = nullptr, .installed_size = 1};
-    settings.items[2] = {.name = "manual", .folder = "/opt/tilt/doc", .installed_size = 1};
+    settings.items[0] = {.name = "tilt.clap",
+                         .folder = "/usr/lib/clap",
+                         .person_folder = nullptr,
+                         .installed_size = 1};
+    settings.items[1] = {
+        .name = "presets.lv2", .folder = nullptr, .person_folder = nullptr, .installed_size = 1};
+    settings.items[2] = {
+        .name = "manual", .folder = "/opt/tilt/doc", .person_folder = nullptr, .installed_size = 1};
     InstallationSite site{.folder = "/opt/my lv2", .desktop = nullptr, .levels_made = 2};
     site.item_levels_missing[0] = 1;
     site.item_levels_missing[2] = 2;
@@ -168,6 +173,40 @@ TEST(InstallationPlan, WithItemsNamesEachWithItsFolderAndTheFoldersToMake) {
     EXPECT_EQ(things_of(plan.steps[0]), expected);
 }
 
+TEST(InstallationPlan, ForOnePersonKeepsToTheHome) {
+    ProductSettings settings = careful;
+    settings.verify_installation = 1;
+    settings.uninstaller = 1;
+    settings.install_desktop_files = 1;
+    settings.plugin_name = "tilt.lv2";
+    settings.items[0] = {.name = "tilt.clap",
+                         .folder = "/usr/lib/clap",
+                         .person_folder = "~/.clap",
+                         .installed_size = 1};
+    InstallationSite site{.folder = "/h/.lv2", .desktop = "/h/Desktop"};
+    site.item_folders[0] = "/h/.clap";
+    site.item_levels_missing[0] = 1;
+    site.icons = "/h/.local/share/icons";
+    site.icon_levels_missing = 1;
+    site.applications = "/h/.local/share/applications";
+    site.prefix = "/h/.local";
+    PrivilegedPlan plan;
+    make_installation_plan(&plan, settings, site);
+    ASSERT_EQ(plan.step_count, 6U);
+    EXPECT_STREQ(plan.steps[0].words[7], "/h/.local");
+    EXPECT_EQ(things_of(plan.steps[0]),
+              (std::vector<std::string>{
+                  "/h/.lv2", "tilt.lv2", "/h/.clap", "tilt.clap", "--", "new-folder", "/h/.clap",
+                  "new-folder", "/h/.local/share/icons", "/tmp/zeph-installer-desktop-icon.png",
+                  "/h/.local/share/icons/tilt.png", "/tmp/zeph-installer-desktop-file.desktop",
+                  "/h/.local/share/applications/tilt.desktop",
+                  "/tmp/zeph-installer-desktop-file.desktop", "/h/Desktop/tilt.desktop"}));
+    EXPECT_EQ(line_of(plan.steps[2]),
+              "cp -f /tmp/zeph-installer-desktop-icon.png /h/.local/share/icons/tilt.png");
+    EXPECT_EQ(line_of(plan.steps[3]), "cp -f /tmp/zeph-installer-desktop-file.desktop "
+                                      "/h/.local/share/applications/tilt.desktop");
+}
+
 TEST(InstallationPlan, WithMoreFoldersThanACommandTakesDoesNothing) {
     ProductSettings settings = careful;
     settings.verify_installation = 1;
@@ -175,7 +214,8 @@ TEST(InstallationPlan, WithMoreFoldersThanACommandTakesDoesNothing) {
     for (int i = 0; i < 100; ++i) {
         deep += "/d";
     }
-    settings.items[0] = {.name = "manual", .folder = deep.c_str(), .installed_size = 1};
+    settings.items[0] = {
+        .name = "manual", .folder = deep.c_str(), .person_folder = nullptr, .installed_size = 1};
     InstallationSite site{.folder = "/opt/lv2", .desktop = nullptr};
     site.item_levels_missing[0] = 100;
     PrivilegedPlan plan;
@@ -245,7 +285,7 @@ TEST(InstallationPlan, WithoutADesktopFallsShortAfterTheTwoCommonCopies) {
 
 TEST(FolderPlan, MakesTheDefaultFolderWhereItIsMissing) {
     PrivilegedPlan plan;
-    make_folder_plan(&plan, careful);
+    make_folder_plan(&plan, careful, careful.default_install_folder);
     ASSERT_EQ(lines_of(plan), Lines({"mkdir -p -m 755 /usr/lib/lv2"}));
     EXPECT_STREQ(plan.steps[0].unless_there, "/usr/lib/lv2");
     EXPECT_EQ(plan.steps[0].failure, StepFailure::ends_plan);

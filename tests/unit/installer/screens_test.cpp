@@ -108,6 +108,7 @@ TEST(Screens, NoTwoLinesOfAScreenShareARow) {
 TEST(Screens, TheAuthenticationScreenFollowsTheMethod) {
     EXPECT_EQ(&authentication_screen(auth_method_sudo), &sudo_password_screen);
     EXPECT_EQ(&authentication_screen(auth_method_su), &su_password_screen);
+    EXPECT_EQ(&authentication_screen(auth_method_own), &installing_screen);
     EXPECT_EQ(&authentication_screen(auth_method_none), &no_auth_method_screen);
 }
 
