@@ -4,12 +4,14 @@
 #include "gui/ORX/core/engine.h"
 #include "gui/ORX/imaging/ui_scale.h"
 #include "gui/ORX/widgets/widget_geometry.h"
+#include "installer/choice_buttons.h"
 #include "installer/console_log.h"
 #include "installer/flow_timing.h"
 #include "installer/installer_state.h"
 #include "installer/lock_file.h"
 #include "installer/main_window.h"
 #include "installer/payload.h"
+#include "installer/product_settings.h"
 #include "installer/splash_window.h"
 #include "installer/window_picture.h"
 #include "privilege/auth_method.h"
@@ -62,6 +64,22 @@ bool password_is_right() {
     return installer.auth_method == auth_method_sudo
                ? sudo_check_password(&installer.runner, installer.password)
                : su_check_password(&installer.runner, installer.password);
+}
+
+// Asks for whom it is installed, where the product does; false when cancelled.
+bool choose_recipient() {
+    if (product.install_for != InstallFor::ask) {
+        return true;
+    }
+    main_window_accept_keys();
+    if (!wait_for(installer.recipient_chosen)) {
+        return false;
+    }
+    if (installer.recipient_chosen == choice_person) {
+        installer.auth_method = auth_method_own;
+    }
+    main_window_go_on_to_authentication();
+    return true;
 }
 
 // Asks until a password is accepted, as often as it takes; false when cancelled. One person's own
@@ -203,6 +221,9 @@ void run_installer_flow() {
         return;
     }
     main_window_open();
+    if (!choose_recipient()) {
+        return;
+    }
     if (installer.auth_method == auth_method_none) {
         wait_seconds(no_auth_method_seconds);
         return;

@@ -15,6 +15,7 @@
 #include "gui/ORX/widgets/password_field.h"
 #include "gui/ORX/widgets/progress_bar.h"
 #include "gui/ORX/widgets/push_button.h"
+#include "installer/main_layout.h"
 #include "privilege/privileged_runner.h"
 
 #include <pthread.h>
@@ -76,6 +77,7 @@ struct InstallerState { // NOLINT(clang-analyzer-optin.performance.Padding)
     WindowId splash_window = no_window;
     WindowId main_window = no_window;
     std::atomic<std::uint8_t> splash_dismissed{0};
+    std::atomic<std::int32_t> recipient_chosen{0}; // RecipientChoice
     std::atomic<std::int32_t> password_submitted{0};
     std::atomic<std::int32_t> finish_requested{0};
     std::atomic<std::int32_t> folder_chosen{0};
@@ -87,6 +89,8 @@ struct InstallerState { // NOLINT(clang-analyzer-optin.performance.Padding)
     PasswordField* field = nullptr;
     ProgressBar* bar = nullptr;
     PushButton* button = nullptr;
+    PushButton* choice_buttons[choice_count] = {}; // null where the product does not ask
+    std::size_t choice_with_keyboard = 0;
     FolderDialog* browser = nullptr;
     Pixbuf* splash_pixbuf = nullptr;     // inline
     Pixbuf* background_pixbuf = nullptr; // inline

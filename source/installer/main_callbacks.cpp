@@ -3,8 +3,10 @@
 
 #include "gui/ORX/core/clipboard.h"
 #include "gui/ORX/core/window_table.h"
+#include "installer/choice_buttons.h"
 #include "installer/console_log.h"
 #include "installer/installer_state.h"
+#include "installer/main_button.h"
 #include "installer/window_picture.h"
 
 #include <X11/X.h>
@@ -37,12 +39,6 @@ void paint_bar() {
     progress_bar_request_redraw(installer.bar, installer.main_window);
 }
 
-void paint_button() {
-    push_button_paint_background(installer.button, installer.main_picture.surface);
-    push_button_paint(installer.button, installer.main_picture.surface);
-    push_button_request_redraw(installer.button, installer.main_window);
-}
-
 void mark_button(bool pressed) {
     push_button_set_pressed(installer.button, pressed);
     push_button_set_highlighted(installer.button, pressed);
@@ -56,7 +52,13 @@ void on_paint(std::int32_t left, std::int32_t top, std::int32_t width, std::int3
 }
 
 // With screen_lock held.
-void press_ok(std::int32_t x, std::int32_t y, std::int32_t button) {
+void press_button(std::int32_t x, std::int32_t y, std::int32_t button) {
+    if (choice_buttons_shown()) {
+        if (button == left_button) {
+            choice_buttons_press(x, y);
+        }
+        return;
+    }
     if (installer.modern_input && push_button_get_hidden(installer.button)) {
         return;
     }
@@ -68,21 +70,26 @@ void press_ok(std::int32_t x, std::int32_t y, std::int32_t button) {
 void on_button_press(std::int32_t x, std::int32_t y, std::int32_t button, WindowId /*id*/,
                      void* /*user_data*/) {
     const std::lock_guard<std::mutex> lock(installer.screen_lock);
-    press_ok(x, y, button);
+    press_button(x, y, button);
 }
 
 void on_button_press_with_field(std::int32_t x, std::int32_t y, std::int32_t button, WindowId id,
                                 void* /*user_data*/) {
     const std::lock_guard<std::mutex> lock(installer.screen_lock);
-    if (button == middle_button && password_field_hit(installer.field, x, y)) {
+    if (button == middle_button && !choice_buttons_shown() &&
+        password_field_hit(installer.field, x, y)) {
         clipboard_request_paste(installer.engine, id);
     }
-    press_ok(x, y, button);
+    press_button(x, y, button);
 }
 
 void on_button_release(std::int32_t x, std::int32_t y, std::int32_t button, WindowId /*id*/,
                        void* /*user_data*/) {
     const std::lock_guard<std::mutex> lock(installer.screen_lock);
+    if (choice_buttons_shown() && button == left_button) {
+        choice_buttons_release(x, y);
+        return;
+    }
     if (button != left_button || !push_button_get_highlighted(installer.button)) {
         return;
     }
@@ -119,6 +126,10 @@ bool asks_for_paste(unsigned long keysym, std::uint32_t state) {
 void on_key_press(const char* text, unsigned long keysym, std::uint32_t state, WindowId id,
                   void* /*user_data*/) {
     const std::lock_guard<std::mutex> lock(installer.screen_lock);
+    if (choice_buttons_shown()) {
+        choice_buttons_key(keysym);
+        return;
+    }
     if (installer.modern_input && keysym == keysym_keypad_enter) {
         keysym = keysym_return;
     }
@@ -163,8 +174,9 @@ bool on_tick(void* /*user_data*/) {
         }
         if (push_button_get_dirty(installer.button)) {
             push_button_set_dirty(installer.button, false);
-            paint_button();
+            paint_main_button(installer.button);
         }
+        choice_buttons_paint_dirty();
     }
     if (progress_bar_get_mode(installer.bar) == progress_mode_bouncing &&
         !progress_bar_get_hidden(installer.bar)) {

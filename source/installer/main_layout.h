@@ -3,6 +3,7 @@
 // Design pixels; colours are red, green, blue from 0 to 255.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 struct Colour {
@@ -28,3 +29,9 @@ inline constexpr Rectangle progress_bar_place{25, 360, 550, 16};
 inline constexpr Rectangle ok_button_place{268, 356, 64, 20};
 
 inline constexpr const char* ok_button_label = "OK";
+
+// Of the screen that asks for whom it is installed, from left to right.
+inline constexpr std::size_t choice_count = 2;
+inline constexpr Rectangle choice_button_places[choice_count] = {{150, 356, 140, 20},
+                                                                 {310, 356, 140, 20}};
+inline constexpr const char* choice_button_labels[choice_count] = {"For me", "For everybody"};

@@ -1,4 +1,5 @@
 // main_screen.cpp: what the flow changes in the main window, each change under screen_lock.
+#include "installer/choice_buttons.h"
 #include "installer/installer_state.h"
 #include "installer/main_callbacks.h"
 #include "installer/main_layout.h"
@@ -52,9 +53,25 @@ void main_window_show_screen(const ScreenText& screen) {
     installer.ui_dirty = 1;
 }
 
+void main_window_ask_for_whom() {
+    const ScreenLock lock(installer.screen_lock);
+    fill_panel(recipient_screen);
+    password_field_set_hidden(installer.field, true); // nothing typed here is a password
+    choice_buttons_show(true);
+    installer.ui_dirty = 1;
+}
+
+void main_window_go_on_to_authentication() {
+    const ScreenLock lock(installer.screen_lock);
+    choice_buttons_show(false);
+    fill_panel(authentication_screen(installer.auth_method));
+    installer.ui_dirty = 1;
+}
+
 void main_window_ask_for_password() {
     const ScreenLock lock(installer.screen_lock);
     show_panel_again();
+    password_field_set_hidden(installer.field, false);
     password_field_set_dirty(installer.field, true);
     installer.ui_dirty = 1;
 }

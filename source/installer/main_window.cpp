@@ -7,12 +7,15 @@
 #include "gui/ORX/core/window_table.h"
 #include "gui/ORX/imaging/image_surface.h"
 #include "gui/ORX/imaging/inline_image.h"
+#include "installer/choice_buttons.h"
 #include "installer/console_log.h"
 #include "installer/embedded_artwork.h"
 #include "installer/embedded_payload.h"
 #include "installer/installer_state.h"
+#include "installer/main_button.h"
 #include "installer/main_callbacks.h"
 #include "installer/main_layout.h"
+#include "installer/product_settings.h"
 #include "installer/window_picture.h"
 
 #include <new>
@@ -81,25 +84,6 @@ void configure_bar() {
     progress_bar_set_scale(bar, installer.scale);
 }
 
-void configure_button() {
-    PushButton* button = installer.button;
-    push_button_set_x(button, ok_button_place.x);
-    push_button_set_y(button, ok_button_place.y);
-    push_button_set_w(button, ok_button_place.w);
-    push_button_set_h(button, ok_button_place.h);
-    push_button_set_background_colour(button, layout_grey.r, layout_grey.g, layout_grey.b);
-    push_button_set_fill_colour(button, layout_grey.r, layout_grey.g, layout_grey.b);
-    push_button_set_border_colour(button, layout_grey.r, layout_grey.g, layout_grey.b);
-    push_button_set_highlighted_fill_colour(button, layout_accent.r, layout_accent.g,
-                                            layout_accent.b);
-    push_button_set_label_colour(button, layout_white.r, layout_white.g, layout_white.b);
-    push_button_set_highlighted_label_colour(button, layout_white.r, layout_white.g,
-                                             layout_white.b);
-    push_button_set_label(button, ok_button_label);
-    push_button_set_hidden(button, true);
-    push_button_set_scale(button, installer.scale);
-}
-
 // Makes what it can; false when something is missing.
 bool create_widgets() {
     UiEngine* engine = installer.engine;
@@ -128,7 +112,8 @@ bool create_widgets() {
         orx_pixbuf_new_from_inline(engine, zeph_payload_images[payload_background_picture]);
     return installer.panel != nullptr && installer.field != nullptr && installer.bar != nullptr &&
            installer.button != nullptr && installer.browser != nullptr &&
-           installer.background_pixbuf != nullptr;
+           installer.background_pixbuf != nullptr &&
+           (product.install_for != InstallFor::ask || choice_buttons_create());
 }
 
 // Frees one widget, if it was made.
@@ -154,7 +139,7 @@ bool main_window_create() {
     configure_panel();
     configure_field();
     configure_bar();
-    configure_button();
+    configure_main_button(installer.button, ok_button_place, ok_button_label);
     folder_dialog_set_scale(installer.browser, installer.scale);
     folder_dialog_set_icon(installer.browser, inline_image_folder_icon);
     folder_dialog_set_owner(installer.browser, installer.main_window);
@@ -162,7 +147,11 @@ bool main_window_create() {
 }
 
 void main_window_open() {
-    main_window_show_screen(authentication_screen(installer.auth_method));
+    if (product.install_for == InstallFor::ask) {
+        main_window_ask_for_whom();
+    } else {
+        main_window_show_screen(authentication_screen(installer.auth_method));
+    }
     main_callbacks_register();
     engine_set_window_tick_interval(installer.engine, window_tick_ms / installer.tick_ms);
     window_map(installer.engine, installer.main_window);
@@ -182,6 +171,7 @@ void main_window_destroy() {
     destroy_widget(&installer.bar, progress_bar_destroy);
     destroy_widget(&installer.button, push_button_destroy);
     destroy_widget(&installer.browser, folder_dialog_destroy);
+    choice_buttons_destroy();
     orx_pixbuf_free_inline(installer.engine, installer.background_pixbuf);
     installer.background_pixbuf = nullptr;
     window_picture_free(&installer.main_picture);

@@ -12,13 +12,18 @@
 // Makes the window and its widgets. false when something could not be made (said on the console).
 [[nodiscard]] bool main_window_create();
 
-// Fills the window with the authentication screen and puts it on the display. A cancel when another
-// client has destroyed it meanwhile.
+// Fills the window with the authentication screen, or the one that asks for whom, and puts it on
+// the display. A cancel when another client has destroyed it meanwhile.
 void main_window_open();
 
 // Lets keys reach the password field, and a middle click in it fetch the clipboard's text. Before
 // that neither is taken, also on the screens that never ask for a password.
 void main_window_accept_keys();
+
+// Asks for whom it is installed, until installer.recipient_chosen says so; and goes on to the
+// authentication screen.
+void main_window_ask_for_whom();
+void main_window_go_on_to_authentication();
 
 // Replaces the panel's lines.
 void main_window_show_screen(const ScreenText& screen);

@@ -7,6 +7,11 @@
 
 namespace {
 
+constexpr ScreenLine recipient_lines[] = {
+    {2, "For whom shall it be installed?"},
+    {4, "For me: into my home folder, without a password"},
+    {5, "For everybody on this computer: with a password"},
+};
 constexpr ScreenLine sudo_password_lines[] = {
     {2, "To authenticate the installation"},
     {3, "please enter your user password"},
@@ -58,6 +63,7 @@ constexpr ScreenLine complete_lines[] = {
 
 } // namespace
 
+const ScreenText recipient_screen{recipient_lines, std::size(recipient_lines), false};
 const ScreenText sudo_password_screen{sudo_password_lines, std::size(sudo_password_lines), false};
 const ScreenText su_password_screen{su_password_lines, std::size(su_password_lines), false};
 const ScreenText no_auth_method_screen{no_auth_method_lines, std::size(no_auth_method_lines),

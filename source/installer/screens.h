@@ -23,6 +23,7 @@ struct ScreenText {
     const char* reason = nullptr; // what is said at reason_line, if anything
 };
 
+extern const ScreenText recipient_screen;
 extern const ScreenText sudo_password_screen;
 extern const ScreenText su_password_screen;
 extern const ScreenText no_auth_method_screen;

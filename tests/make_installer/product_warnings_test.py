@@ -141,7 +141,7 @@ class RightOnes(Product):
         self.assertEqual(self.facts().description(), "a library of no known format")
 
     def test_the_example_products(self):
-        for name in ("lantern-tilt", "lantern-set", "lantern-solo"):
+        for name in ("lantern-tilt", "lantern-set", "lantern-solo", "lantern-choice"):
             folder = os.path.join(staging.REPOSITORY, "products", name)
             checker, packed = making.checked_product(folder)
             facts = [plugin_facts.inspect(part.contents.members) for part in packed.parts]

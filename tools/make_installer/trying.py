@@ -13,6 +13,13 @@ class TrialError(Exception):
     """The installer did not do what it should; what went wrong has been told."""
 
 
+def check_possible(values):
+    """TrialError when the tour does not know the way through this product's screens."""
+    if values["install_for"] != "everybody":
+        wrong = f"the trial plays installations for everybody, and install_for is {values['install_for']!r}"
+        raise TrialError(f'{wrong}; try it with install_for = "everybody", or leave out --try')
+
+
 def built_tour():
     """Builds the tour where it is not yet; its path."""
     folder = os.path.join(REPOSITORY, "build", "try")

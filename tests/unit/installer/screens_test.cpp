@@ -19,7 +19,7 @@ const ScreenText* const all_screens[] = {
     &sudo_password_screen,    &su_password_screen,        &no_auth_method_screen,
     &another_instance_screen, &incorrect_password_screen, &installing_screen,
     &unpack_failed_screen,    &copy_failed_screen,        &cancelled_screen,
-    &complete_screen,
+    &complete_screen,         &recipient_screen,
 };
 
 // A screen's lines as "INDEX TEXT", those of the left block with "|" before the text, and "dimmed"
