@@ -34,4 +34,4 @@ inline constexpr const char* ok_button_label = "OK";
 inline constexpr std::size_t choice_count = 2;
 inline constexpr Rectangle choice_button_places[choice_count] = {{150, 356, 140, 20},
                                                                  {310, 356, 140, 20}};
-inline constexpr const char* choice_button_labels[choice_count] = {"For me", "For everybody"};
+inline constexpr const char* choice_button_labels[choice_count] = {"Only for me", "For everybody"};

@@ -9,7 +9,7 @@ namespace {
 
 constexpr ScreenLine recipient_lines[] = {
     {2, "For whom shall it be installed?"},
-    {4, "For me: into my home folder, without a password"},
+    {4, "Only for me: into my home folder, without a password"},
     {5, "For everybody on this computer: with a password"},
 };
 constexpr ScreenLine sudo_password_lines[] = {

@@ -171,10 +171,18 @@ TEST_F(Choice, IsNotMadeByAClickThatIsLetGoElsewhere) {
 }
 
 TEST_F(Choice, IsCancelledByASignalAndByClosing) {
-    set_up({.rights = Rights::sudo});
-    scenario_->installer().send_signal(SIGTERM);
-    EXPECT_EQ(scenario_->finish().exit_status, 0);
-    EXPECT_FALSE(fs::exists(end_to_end::archive_path));
+    for (const bool close : {false, true}) {
+        set_up({.rights = Rights::sudo});
+        if (close) {
+            scenario_->view().ask_to_close(scenario_->main_window());
+        } else {
+            scenario_->installer().send_signal(SIGTERM);
+        }
+        EXPECT_EQ(scenario_->finish().exit_status, 0);
+        EXPECT_EQ(scenario_->console().find("Unpacking"), std::string::npos);
+        EXPECT_FALSE(fs::exists(end_to_end::lock_path));
+        scenario_.reset();
+    }
 }
 
 // Looked at by hand.
