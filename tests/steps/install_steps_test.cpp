@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/mount.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -205,6 +206,33 @@ TEST_P(InstallSteps, CompareWhatHasArrived) {
                             "[ $2 != -xf ] || echo torn > tilt.lv2/manifest.ttl\n");
     EXPECT_EQ(install(GetParam(), folder), not_whole);
     expect_untouched();
+}
+
+// Who is not root owns what arrives, whatever the archive says; all else is compared.
+TEST_P(InstallSteps, OfOnePersonCompareAllButTheOwner) {
+    const std::string own = "/tmp/own";
+    fs::create_directory(own);
+    ASSERT_EQ(chown(own.c_str(), 65534, 65534), 0);
+    prepare(std::string("chmod 755 /tmp && chmod 644 ") + archive);
+    const auto put_beside = [&] {
+        support::ChildProcess child({.command = step_command(GetParam(), "put_beside", own),
+                                     .uid = 65534,
+                                     .gid = 65534,
+                                     .working_directory = "/"});
+        const auto end = child.wait_for_end();
+        return end && end->exit_status ? *end->exit_status : -1;
+    };
+    EXPECT_EQ(put_beside(), 0);
+    const std::string real = support::output_of({"sh", "-c", "command -v tar"});
+    support::install_program("/usr/local/bin/real-tar", real.substr(0, real.size() - 1));
+    for (const char* harm : {"echo torn > tilt.lv2/manifest.ttl", "rm tilt.lv2/link",
+                             "chmod 600 tilt.lv2/tilt.so", "rm -r tilt.lv2/presets"}) {
+        support::install_script("/usr/local/bin/tar",
+                                "#!/bin/sh\nreal-tar \"$@\" || exit\n[ $2 != -xf ] || " +
+                                    std::string(harm) + "\n");
+        EXPECT_EQ(put_beside(), not_whole) << harm;
+        EXPECT_TRUE(fs::is_empty(own)) << harm;
+    }
 }
 
 // The terminal is hung up on while tar waits for the archive.
