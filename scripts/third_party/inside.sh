@@ -17,7 +17,8 @@ vst3_scanner=$(find /usr/lib -name ardour-vst3-scanner -type f | head -n 1)
 failed=0
 table=()
 
-# product NAME PLUGIN FOLDER COMPRESSION: a product folder with the plug-in, a file or folder, in it.
+# product NAME PLUGIN FOLDER COMPRESSION [ITEM FOLDER]...: a product folder with the plug-in, a file or
+# folder, in it, and the items that are installed along with it.
 product() {
     local folder=$results/products/$1
     rm -rf "$folder"
@@ -28,6 +29,23 @@ product() {
         -e "s|^plugin = .*|plugin = \"$(basename "$2")\"|" \
         -e "s|^default_install_folder = .*|default_install_folder = \"$3\"|" \
         -e "s|^compression = .*|compression = \"$4\"|" "$folder/product.toml"
+    shift 4
+    while [ $# -gt 0 ]; do
+        cp -a "$1" "$folder/"
+        printf '\n[[item]]\npath = "%s"\nfolder = "%s"\n' "$(basename "$1")" "$2" >> "$folder/product.toml"
+        shift 2
+    done
+}
+
+# as_carried ORIGINAL INSTALLED: whether what was installed is what the product folder has, with
+# plain modes, of root's and of one time; says what it is otherwise.
+as_carried() {
+    diff -r --no-dereference "$1" "$2" > /dev/null || { echo DIFFERS && return; }
+    # Links are links; files 0644 or 0755, folders 0755.
+    [ -z "$(find "$2" ! -type l \( -type d ! -perm 755 -o -type f ! -perm 644 ! -perm 755 -o ! -user root \))" ] ||
+        { echo "WRONG MODES" && return; }
+    [ "$(find "$2" -printf '%T@\n' | sort -u | wc -l)" -eq 1 ] || { echo "WRONG TIMES" && return; }
+    echo equal
 }
 
 # What a sequencer's own scanner finds when it loads the file or bundle.
@@ -48,6 +66,13 @@ hosts() {
     lv2) found=$(LV2_PATH=$(dirname "$2") lv2ls -n) ;;
     vst3) found=$(scan_vst3 "$2") ;;
     clap) found=$(scan_clap "$2") ;;
+    formats)
+        local folder=${2%/*}
+        found=$(
+            LV2_PATH=$folder lv2ls -n | grep . && scan_vst3 "${2%.*}.vst3" | grep . &&
+                scan_clap "${2%.*}.clap" | grep .
+        ) || return 1
+        ;;
     suite)
         found=$(
             for each in "$2"/vst3/*.vst3; do scan_vst3 "$each"; done
@@ -60,11 +85,11 @@ hosts() {
     [ -n "${found//[$'\n']/}" ]
 }
 
-# try KIND PLUGIN FOLDER [COMPRESSION]
+# try KIND PLUGIN FOLDER [COMPRESSION [ITEM FOLDER]...]
 try() {
-    local kind=$1 plugin=$2 log="$results/$1.log" installed original found tree=equal
+    local kind=$1 plugin=$2 log="$results/$1.log" installed each found tree=equal
     echo "== $kind: $plugin"
-    product "$kind" "$plugin" "$3" "${4:-gzip}" || return 1
+    product "$kind" "$plugin" "$3" "${4:-gzip}" "${@:5}" || return 1
     if ! ./make-installer --try --build "$results/build-$kind" --output "$results/dist" \
         "$results/products/$kind" > "$log" 2>&1; then
         tail -n 30 "$log"
@@ -73,12 +98,9 @@ try() {
     fi
     grep -E '^  (size|plug-in|unpacking)|warning:|seconds|as it is carried' "$log" | grep -v "template's"
     installed=$results/build-$kind/tour/installed/$(basename "$plugin")
-    original=$results/products/$kind/$(basename "$plugin")
-    diff -r --no-dereference "$original" "$installed" > /dev/null || tree=DIFFERS
-    # Links are links; files 0644 or 0755, folders 0755, all of root's and of one time.
-    [ -z "$(find "$installed" ! -type l \( -type d ! -perm 755 -o -type f ! -perm 644 ! -perm 755 -o ! -user root \))" ] ||
-        tree="WRONG MODES"
-    [ "$(find "$installed" -printf '%T@\n' | sort -u | wc -l)" -eq 1 ] || tree="WRONG TIMES"
+    for each in "${installed%/*}"/*; do
+        [ "$tree" != equal ] || tree=$(as_carried "$results/products/$kind/${each##*/}" "$each")
+    done
     found=$(hosts "$kind" "$installed") || found=""
     echo "$found" | head -n 5 | sed 's/^/    found: /'
     table+=("$kind|$(basename "$plugin")|tree $tree|$(grep -c . <<< "$found") plug-ins found by hosts|$(sed -n 's/.*last screen: //p' "$log")")
@@ -97,6 +119,8 @@ try ladspa /usr/lib/ladspa/cmt.so /usr/lib/ladspa || failed=1
 try lv2 /usr/lib/lv2/mda.lv2 /usr/lib/lv2 || failed=1
 try vst3 /usr/lib/vst3/ZamVerb.vst3 /usr/lib/vst3 || failed=1
 try clap "$clap" /usr/lib/clap || failed=1
+try formats /usr/lib/lv2/ZamVerb.lv2 /usr/lib/lv2 gzip \
+    /usr/lib/vst3/ZamVerb.vst3 /usr/lib/vst3 /usr/lib/clap/ZamVerb.clap /usr/lib/clap || failed=1
 try suite "$suite" /usr/lib/vst3 xz || failed=1
 (cd "$results/dist" && sha256sum -c --quiet ./*.sha256) || failed=1
 rm -rf "$results/dist"
