@@ -69,7 +69,7 @@ hosts() {
     formats)
         local folder=${2%/*}
         found=$(
-            LV2_PATH=$folder lv2ls -n | grep . && scan_vst3 "${2%.*}.vst3" | grep . &&
+            LV2_PATH=$folder lv2ls -n 2> /dev/null | grep . && scan_vst3 "${2%.*}.vst3" | grep . &&
                 scan_clap "${2%.*}.clap" | grep .
         ) || return 1
         ;;

@@ -98,6 +98,16 @@ class Making(unittest.TestCase):
         return sorted(os.listdir(folder)) if os.path.isdir(folder) else []
 
 
+class Trying(Making):
+    def test_knows_the_way_through_installations_for_everybody_only(self):
+        for value in ("person", "ask"):
+            self.set("install_for", f'"{value}"')
+            status, _, complained = self.run_main("--try")
+            self.assertEqual(status, 1)
+            self.assertIn(f"install_for is '{value}'; try it with install_for = ", complained)
+            self.assertEqual(self.builds, [])
+
+
 class HandingOut(Making):
     NAME = "my-plug-in-1.0-installer"
 
