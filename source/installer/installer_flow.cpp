@@ -7,6 +7,7 @@
 #include "installer/choice_buttons.h"
 #include "installer/console_log.h"
 #include "installer/flow_timing.h"
+#include "installer/installation.h"
 #include "installer/installer_state.h"
 #include "installer/lock_file.h"
 #include "installer/main_window.h"
