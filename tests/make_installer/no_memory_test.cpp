@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace fs = std::filesystem;
@@ -90,8 +91,11 @@ TEST_P(NoMemoryFor, OneRequestHasATrueOutcome) {
 
     const std::string folder = chosen_folder();
     const bool complete = said("Installation Complete");
-    EXPECT_EQ(traces_in(folder),
-              complete ? std::vector<std::string>{"lantern-tilt.lv2"} : std::vector<std::string>{});
+    std::vector<std::string> installed = traces_in(folder);
+    std::sort(installed.begin(), installed.end());
+    const std::vector<std::string> bundles = {"lantern-presets.lv2", "lantern-tilt.lv2"};
+    EXPECT_EQ(installed, complete ? bundles : std::vector<std::string>{});
+    EXPECT_EQ(fs::exists("/usr/local/share/doc/lantern-set/lantern-tilt.html"), complete);
     EXPECT_EQ(fs::exists(uninstaller), complete);
     if (complete) {
         EXPECT_EQ(
