@@ -1,6 +1,6 @@
 // installed_items_test.cpp: what is installed along with the plug-in, all of it or nothing.
-#include "end_to_end/scenario.h"
 #include "faults/surroundings.h"
+#include "make_installer/lantern_set.h"
 
 #include <gtest/gtest.h>
 
@@ -13,20 +13,17 @@ namespace fs = std::filesystem;
 
 using end_to_end::Rights;
 using end_to_end::Scenario;
+using lantern_set::folder;
 using support::output_of;
 
 namespace {
 
-constexpr const char* folder = "/usr/local/lib/lv2";
 constexpr const char* manual_folder = "/usr/local/share/doc/lantern-set";
 constexpr const char* manual = "/usr/local/share/doc/lantern-set/lantern-tilt.html";
 
 class InstalledItems : public testing::TestWithParam<Rights> {
 protected:
-    InstalledItems()
-        : scenario_({.rights = GetParam(),
-                     .browser_title = "- Select your LV2 plug-in folder -",
-                     .keep_visible = {ZEPH_SOURCE}}) {
+    InstalledItems() : scenario_(lantern_set::options(GetParam())) {
         fs::create_directories(folder);
         fs::remove_all("/usr/local/share/doc");
     }
@@ -38,11 +35,7 @@ protected:
 
     void choose_offered_folder() {
         before_ = tree();
-        scenario_.reach_password_screen();
-        scenario_.give_password(GetParam() == Rights::sudo ? end_to_end::user_password
-                                                           : end_to_end::root_password);
-        scenario_.reach_folder_browser();
-        scenario_.accept_folder();
+        lantern_set::choose_offered_folder(scenario_, GetParam());
     }
 
     bool tells_of(const std::string& text) {

@@ -1,5 +1,5 @@
 // removal_test.cpp: a version installed over an earlier one, used by a host, and removed again.
-#include "end_to_end/scenario.h"
+#include "make_installer/lantern_set.h"
 
 #include <gtest/gtest.h>
 
@@ -9,21 +9,18 @@ namespace fs = std::filesystem;
 
 using end_to_end::Rights;
 using end_to_end::Scenario;
+using lantern_set::folder;
 using support::output_of;
 
 namespace {
 
-constexpr const char* folder = "/usr/local/lib/lv2";
 constexpr const char* bundle = "/usr/local/lib/lv2/lantern-tilt.lv2";
 constexpr const char* uninstaller = "/usr/local/bin/uninstall-lantern-set";
 constexpr const char* list = "/usr/local/share/uninstall-lantern-set/installed";
 
 class Removal : public testing::TestWithParam<Rights> {
 protected:
-    Removal()
-        : scenario_({.rights = GetParam(),
-                     .browser_title = "- Select your LV2 plug-in folder -",
-                     .keep_visible = {ZEPH_SOURCE}}) {
+    Removal() : scenario_(lantern_set::options(GetParam())) {
         fs::remove_all(folder);
         before_ = tree();
     }
@@ -42,11 +39,7 @@ protected:
     }
 
     void install() {
-        scenario_.reach_password_screen();
-        scenario_.give_password(GetParam() == Rights::sudo ? end_to_end::user_password
-                                                           : end_to_end::root_password);
-        scenario_.reach_folder_browser();
-        scenario_.accept_folder();
+        lantern_set::choose_offered_folder(scenario_, GetParam());
         scenario_.reach_last_screen();
         EXPECT_NE(scenario_.console().find("Installation Complete"), std::string::npos)
             << scenario_.console();
