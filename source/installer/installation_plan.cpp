@@ -100,9 +100,9 @@ void add_others(WordList* list, const ProductSettings& settings, const Installat
     if (settings.install_desktop_files == 0) {
         return;
     }
-    for (const CopiedFile& file :
-         {CopiedFile{icon_path, files.icon}, CopiedFile{entry_path, files.entry},
-          CopiedFile{entry_path, files.shown}}) {
+    const CopiedFile copied[] = {
+        {icon_path, files.icon}, {entry_path, files.entry}, {entry_path, files.shown}};
+    for (const CopiedFile& file : copied) {
         if (file.target != nullptr) {
             add_pair(list, file.source, file.target);
         }
