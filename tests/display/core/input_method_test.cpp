@@ -6,6 +6,7 @@
 #include "gui/ORX/core/engine.h"
 #include "gui/ORX/core/engine_locks.h"
 #include "gui/ORX/core/input_method.h"
+#include "gui/ORX/core/window_properties.h"
 #include "gui/ORX/core/window_table.h"
 #include "support/child_process.h"
 #include "support/person.h"
@@ -197,6 +198,20 @@ TEST_F(InputMethod, ThatEndsBeforeTheClosingHoldsItUpNoMore) {
     testing::internal::CaptureStdout();
     engine_close_display(desk.engine);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "ORX-UI Engine: XClose\n");
+}
+
+// Its end is looked for among the events that wait, where the end of a window waits as well.
+TEST_F(InputMethod, WhoseEndIsLookedForLeavesTheEndOfAWindowToBeNoticed) {
+    open();
+    desk.end_loop();
+    const WindowId ended = desk.make_window(&log);
+    window_select_input(desk.engine, ended);
+    xcb_destroy_window(desk.view.connection(), desk.x_window(ended));
+    std::free(xcb_get_input_focus_reply(desk.view.connection(),
+                                        xcb_get_input_focus(desk.view.connection()), nullptr));
+    ASSERT_NE(desk.make_window(&log), no_window); // looks for it
+    desk.start_loop();
+    EXPECT_TRUE(support::wait_until([&] { return window_x_window(desk.engine, ended) == 0; }));
 }
 
 TEST_F(InputMethod, ThatIsNotThereLeavesTheKeyboard) {
