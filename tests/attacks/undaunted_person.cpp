@@ -13,7 +13,7 @@ using support::XWindow;
 
 namespace {
 
-constexpr std::chrono::seconds patience{60};
+constexpr std::chrono::seconds patience{120};
 constexpr std::chrono::seconds after_signal{10};
 // Longer than a refusal takes.
 constexpr std::chrono::seconds before_typing_again{9};

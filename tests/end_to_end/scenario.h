@@ -45,7 +45,7 @@ struct ScenarioOptions {
     support::DistantDisplayOptions line = {};
     std::string installer = ZEPH_INSTALLER;
     std::string pictures = ZEPH_PICTURES;       // where a picture goes of what went wrong
-    std::chrono::milliseconds patience{40'000}; // with everything that is waited for
+    std::chrono::milliseconds patience{120'000}; // with everything that is waited for
 };
 
 // The world, and the account in it. It stays until the screen has gone.

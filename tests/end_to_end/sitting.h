@@ -36,7 +36,7 @@ struct SittingOptions {
     std::string running_desktop = {};
     std::string pictures;                       // folder for pictures of what went wrong
     std::function<bool()> locked;               // whether the installer's lock is there
-    std::chrono::milliseconds patience{40'000}; // for each screen
+    std::chrono::milliseconds patience{120'000}; // for each screen
 };
 
 class Sitting {
