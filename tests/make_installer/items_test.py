@@ -10,6 +10,7 @@ import tool_path  # noqa: F401
 
 import making
 import plugin_facts
+import product_case
 import product_warnings
 import staging
 import summary
@@ -20,7 +21,7 @@ BUNDLE = os.path.join(staging.REPOSITORY, "products", "lantern-tilt", "lantern-t
 OWN = plugin_facts.own_processor()
 
 
-class Items(unittest.TestCase):
+class Items(product_case.ProductCase):
     """A right product, to which each test adds items."""
 
     def setUp(self):
@@ -31,14 +32,6 @@ class Items(unittest.TestCase):
         shutil.copytree(BUNDLE, self.path("my-plug-in.lv2"))
         self.put("manual/index.html")
         self.put("a.clap")
-
-    def path(self, name):
-        return os.path.join(self.folder, name)
-
-    def put(self, name, content=b"text"):
-        os.makedirs(os.path.dirname(self.path(name)), exist_ok=True)
-        with open(self.path(name), "wb") as file:
-            file.write(content)
 
     def write(self, text, *changes):
         with open(os.path.join(TEMPLATE, "product.toml"), encoding="utf-8") as file:

@@ -14,6 +14,7 @@ import contents
 import contrast
 import making
 import plugin_facts
+import product_case
 import product_warnings
 import staging
 from new_product import TEMPLATE
@@ -45,7 +46,7 @@ def tearDownModule():
     folder.cleanup()
 
 
-class Product(unittest.TestCase):
+class Product(product_case.ProductCase):
     """A product whose plug-in each test lays out."""
 
     def setUp(self):
@@ -73,14 +74,6 @@ class Product(unittest.TestCase):
             "folder_icon_picture": "folder_icon.png",
             "desktop_icon_picture": "desktop_icon.png",
         }
-
-    def path(self, name):
-        return os.path.join(self.folder, name)
-
-    def put(self, name, content=b"text"):
-        os.makedirs(os.path.dirname(self.path(name)), exist_ok=True)
-        with open(self.path(name), "wb") as file:
-            file.write(content)
 
     def put_library(self, name, library):
         os.makedirs(os.path.dirname(self.path(name)), exist_ok=True)
