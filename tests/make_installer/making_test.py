@@ -271,13 +271,13 @@ class Surroundings(Making):
         order = []
 
         def first():
-            with making.held(self.path("build")):
+            with building.held(self.path("build")):
                 inside.set()
                 go_on.wait(20)
                 order.append("first")
 
         def second():
-            with redirect_stdout(said), making.held(self.path("build")):
+            with redirect_stdout(said), building.held(self.path("build")):
                 order.append("second")
 
         said = io.StringIO()

@@ -1,5 +1,7 @@
 """Runs the build of one product and leaves the stripped executable where the maker asked for it."""
 
+import contextlib
+import fcntl
 import os
 import re
 import shutil
@@ -15,6 +17,19 @@ STEP = re.compile(r"\[(\d+)/(\d+)\] ")
 
 class BuildError(Exception):
     """A command failed; the text is its output."""
+
+
+@contextlib.contextmanager
+def held(build_folder, what="this product"):
+    """One run at a time in a build folder; the other waits."""
+    os.makedirs(build_folder, exist_ok=True)
+    with open(os.path.join(build_folder, "lock"), "w", encoding="ascii") as lock:
+        try:
+            fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+        except BlockingIOError:
+            print(f"Another run makes {what}; waiting for it", flush=True)
+            fcntl.flock(lock, fcntl.LOCK_EX)
+        yield
 
 
 def run(command):

@@ -1,6 +1,7 @@
 """What a maker hands out: the executable, a .tar.gz of it, which keeps the x bit where a browser
 does not, and a file of SHA-256 sums of both for sha256sum -c."""
 
+import errno
 import hashlib
 import mmap
 import os
@@ -30,8 +31,23 @@ def is_of(path, product_name):
         return content[:4] == b"\x7fELF" and content.find(product_name.encode() + b"\0") >= 0
 
 
+def check_writable(folder):
+    """OSError when nothing can be left in the folder, or it cannot be made: known before a long build."""
+    there = os.path.abspath(folder)
+    while not os.path.lexists(there):
+        there = os.path.dirname(there)
+    if not os.path.isdir(there):
+        raise OSError(errno.ENOTDIR, os.strerror(errno.ENOTDIR), there)
+    if not os.access(there, os.W_OK | os.X_OK):
+        read_only = os.statvfs(there).f_flag & os.ST_RDONLY
+        number = errno.EROFS if read_only else errno.EACCES
+        raise OSError(number, os.strerror(number), there)
+
+
 def check_place(folder, name, product_name):
-    """HandingOutError when what lies there is not an earlier installer of this product."""
+    """HandingOutError when what lies there is not an earlier installer of this product; OSError when
+    nothing can be left there."""
+    check_writable(folder)
     path = os.path.join(folder, name)
     if not os.path.lexists(path):
         return

@@ -4,6 +4,7 @@
 import argparse
 import errno
 import os
+import shutil
 import signal
 import sys
 
@@ -17,10 +18,11 @@ import processors
 import staging
 import trying
 from settings_file import SettingsError
-from wording import some_of, visible
+from wording import size, some_of, visible
 
 INTERRUPTED = 128 + signal.SIGINT
 ELSEWHERE = "work elsewhere with --build DIR and --output DIR"
+SCARCE = 64 * 2**20  # bytes: a build that fails with less may have failed for that
 
 NEXT_STEPS = """{folder} is laid out. Next:
   1. put your plug-in there, a file or a folder, and its name into {folder}/product.toml
@@ -31,9 +33,9 @@ Your installer contains this project's program and font; INSTALLER-LICENSES.txt 
 """
 
 
-def said_of(error):
-    """A failed system call, with what helps."""
-    wrong = f"{visible(error.filename)}: {error.strerror}" if error.filename else str(error)
+def said_of(error, places):
+    """A failed system call, with what helps; places is where it worked, for one that names no file."""
+    wrong = f"{visible(error.filename or ' or '.join(places))}: {error.strerror or error}"
     if error.errno in (errno.ENOSPC, errno.EDQUOT):
         return f"{wrong}; make room on that disk, or {ELSEWHERE}"
     if error.errno in (errno.EROFS, errno.EACCES, errno.EPERM):
@@ -41,10 +43,18 @@ def said_of(error):
     return wrong
 
 
-def said_of_build(error):
-    full = os.strerror(errno.ENOSPC)
-    if full in str(error):
-        return f"{error}\nmake-installer: {full}; make room on that disk, or {ELSEWHERE}"
+def said_of_build(error, places):
+    """A failed command; not every tool says that a full disk is what it met."""
+    for number in (errno.ENOSPC, errno.EDQUOT):
+        if os.strerror(number) in str(error):
+            return f"{error}\nmake-installer: {os.strerror(number)}; make room on that disk, or {ELSEWHERE}"
+    for place in places:
+        if not os.path.isdir(place):
+            continue
+        free = shutil.disk_usage(place).free
+        if free < SCARCE:
+            wrong = f"{visible(place)}: only {size(free)} are left on that disk"
+            return f"{error}\nmake-installer: {wrong}; make room there, or {ELSEWHERE}"
     return str(error)
 
 
@@ -70,6 +80,7 @@ def main():
         stream.reconfigure(errors="backslashreplace")  # whatever the locale can show
     signal.signal(signal.SIGTERM, terminated)
     folder = arguments.folder
+    places = []
     try:
         if arguments.new:
             new_product.lay_out(folder)
@@ -80,8 +91,16 @@ def main():
         own = making.build_folder_for(folder, processor)
         build_folder = os.path.abspath(arguments.build or own)
         output_folder = arguments.output or os.path.join(staging.REPOSITORY, "dist")
+        places = [build_folder, output_folder]
+        # The tour is the same for every product: one for all, unless there is a place for this run.
+        tour_folder = os.path.join(arguments.build or os.path.join(staging.REPOSITORY, "build"), "try")
         making.make(
-            folder, build_folder, output_folder, arguments.strict, arguments.asked, arguments.tried
+            folder,
+            build_folder,
+            output_folder,
+            arguments.strict,
+            arguments.asked,
+            os.path.abspath(tour_folder) if arguments.tried else None,
         )
     except SettingsError as error:
         for complaint in some_of(error.complaints):
@@ -89,7 +108,7 @@ def main():
         count = len(error.complaints)
         sys.exit(f"make-installer: nothing was built; {count} thing{'s'[:count > 1]} to mend")
     except building.BuildError as error:
-        sys.exit(f"make-installer: {said_of_build(error)}")
+        sys.exit(f"make-installer: {said_of_build(error, places)}")
     except (
         archive.ArchiveError,
         elf_facts.ElfError,
@@ -100,7 +119,7 @@ def main():
     ) as error:
         sys.exit(f"make-installer: {visible(error)}")
     except OSError as error:
-        sys.exit(f"make-installer: {said_of(error)}")
+        sys.exit(f"make-installer: {said_of(error, places)}")
     except KeyboardInterrupt:
         print("\nmake-installer: stopped", file=sys.stderr)
         sys.exit(INTERRUPTED)

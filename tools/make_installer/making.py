@@ -1,7 +1,5 @@
 """From a product folder to the files that its maker hands out."""
 
-import contextlib
-import fcntl
 import hashlib
 import json
 import os
@@ -34,19 +32,6 @@ def build_folder_for(folder, processor):
 def executable_name(values, processor):
     version = re.sub(r"[^A-Za-z0-9.+-]+", "-", values["product_version"]).strip("-.") or "0"
     return "-".join([values["product_short_name"], version, *processor.mark(), "installer"])
-
-
-@contextlib.contextmanager
-def held(build_folder):
-    """One run at a time in a build folder; the other waits."""
-    os.makedirs(build_folder, exist_ok=True)
-    with open(os.path.join(build_folder, "lock"), "w", encoding="ascii") as lock:
-        try:
-            fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
-        except BlockingIOError:
-            print("Another run makes this product; waiting for it", flush=True)
-            fcntl.flock(lock, fcntl.LOCK_EX)
-        yield
 
 
 def state_of(path):
@@ -113,16 +98,16 @@ def warn(checker, found, strict):
         print(line, file=sys.stderr, flush=True)
 
 
-def make(folder, build_folder, output_folder, strict=False, asked=None, tried=False):
-    """Makes what is handed out, and tries it where that is wanted. asked is a processor's name: then a
-    plug-in for other ones is an error."""
+def make(folder, build_folder, output_folder, strict=False, asked=None, tour_folder=None):
+    """Makes what is handed out, and tries it with a tour that is built in tour_folder where that is wanted.
+    asked is a processor's name: then a plug-in for other ones is an error."""
     processor = processors.wanted(asked)
-    if tried and processor.toolchain:
+    if tour_folder and processor.toolchain:
         wrong = f"an installer for {processor.name} cannot be tried on this machine"
         raise processors.ProcessorError(f"{wrong}; leave out --try")
     checker, packed = checked_product(folder)
     values = checker.values
-    if tried:
+    if tour_folder:
         trying.check_possible(values)
     handing_out.check_place(output_folder, executable_name(values, processor), values["product_name"])
     print(f"Packing {values['product_name']} {values['product_version']}", flush=True)
@@ -133,7 +118,7 @@ def make(folder, build_folder, output_folder, strict=False, asked=None, tried=Fa
         warn(checker, product_warnings.about_processors(packed, facts, processor.name), True)
     found = product_warnings.of_package(folder, values, packed, facts, processor.name)
     warn(checker, found, strict)
-    with held(build_folder):
+    with building.held(build_folder):
         stage = staging.Stage(folder, values, packed, build_folder, processor)
         built = building.build(stage, os.path.join(build_folder, "cmake"))
         unreadable = contrast.complaint_about(building.converted_background(built))
@@ -141,5 +126,6 @@ def make(folder, build_folder, output_folder, strict=False, asked=None, tried=Fa
         product = (packed, plugin_facts.together(facts))
         path, told = hand_out_if_changed(values, stage, product, built, build_folder, output_folder)
         print(told, end="", flush=True)
-        if tried:
-            trying.try_out(values, packed, stage, path, os.path.join(build_folder, "tour"))
+        if tour_folder:
+            tour = trying.built_tour(tour_folder)
+            trying.try_out(tour, values, packed, stage, path, os.path.join(build_folder, "tour"))

@@ -1,5 +1,6 @@
 """Lays out a folder to start a product of one's own from."""
 
+import contextlib
 import os
 import shutil
 
@@ -28,14 +29,21 @@ def licences():
 
 
 def lay_out(folder):
-    """Copies the template; never over anything that is there."""
+    """Copies the template; never over anything that is there. Where it fails an empty folder may stay."""
+    made = []
     try:
         os.makedirs(folder, exist_ok=True)
         if os.listdir(folder):
             raise FolderError(f"{folder} is not empty; name a folder that is not there yet")
         for name in sorted(os.listdir(TEMPLATE)):
+            made.append(os.path.join(folder, name))
             shutil.copy(os.path.join(TEMPLATE, name), folder)
-        with open(os.path.join(folder, LICENCES), "w", encoding="utf-8") as file:
+        made.append(os.path.join(folder, LICENCES))
+        with open(made[-1], "w", encoding="utf-8") as file:
             file.write(licences())
     except OSError as error:
-        raise FolderError(f"{folder} cannot be made: {error.strerror}") from None
+        for path in made:
+            with contextlib.suppress(OSError):
+                os.unlink(path)
+        mend = "name another one; it can be anywhere"
+        raise FolderError(f"{folder} cannot be made: {error.strerror}; {mend}") from None

@@ -4,7 +4,6 @@ import os
 import subprocess
 
 import building
-from staging import REPOSITORY
 
 TARGET = "zeph-try"
 
@@ -20,20 +19,20 @@ def check_possible(values):
         raise TrialError(f'{wrong}; try it with install_for = "everybody", or leave out --try')
 
 
-def built_tour():
+def built_tour(folder):
     """Builds the tour where it is not yet; its path."""
-    folder = os.path.join(REPOSITORY, "build", "try")
-    os.makedirs(folder, exist_ok=True)
-    building.forget_other_place(folder)
-    definitions = {"CMAKE_BUILD_TYPE": "Release", "ZEPH_TESTS": "ON"}
-    building.configure(definitions, folder)
-    return building.build_target(folder, TARGET)
+    with building.held(folder, "the trial"):
+        cmake_folder = os.path.join(folder, "cmake")
+        os.makedirs(cmake_folder, exist_ok=True)
+        building.forget_other_place(cmake_folder)
+        building.configure({"CMAKE_BUILD_TYPE": "Release", "ZEPH_TESTS": "ON"}, cmake_folder)
+        return building.build_target(cmake_folder, TARGET)
 
 
-def try_out(values, packed, stage, installer, pictures):
+def try_out(tour, values, packed, stage, installer, pictures):
     """Plays the installation; TrialError when something was not as it must be."""
     command = [
-        built_tour(),
+        tour,
         f"installer={os.path.abspath(installer)}",
         f"archive={os.path.abspath(stage.archive)}",
         f"title={values['folder_browser_title']}",
