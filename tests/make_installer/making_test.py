@@ -20,6 +20,7 @@ import building
 import handing_out
 import main
 import making
+import progress
 import staging
 from new_product import TEMPLATE
 from wording import size, some_of, visible
@@ -124,6 +125,15 @@ class HandingOut(Making):
         self.assertEqual(os.stat(unpacked).st_mode & 0o777, 0o755)
         self.assertEqual(subprocess.run([unpacked], check=False).returncode, 0)
         self.assertIn(handing_out.sum_of(unpacked), said)
+
+    def test_something_large_is_seen_to_be_packed_for_the_download(self):
+        self.assertNotIn("download", self.run_main()[1])
+        self.addCleanup(setattr, progress, "WORTH_TELLING", progress.WORTH_TELLING)
+        progress.WORTH_TELLING = 1
+        os.unlink(self.path("dist/" + self.NAME))
+        _, said, _ = self.run_main()
+        self.assertRegex(said, "\nPacking it for the download: [0-9]+ %\n")
+        self.assertIn("\nPacking it for the download: 100 %\n", said)
 
     def test_the_same_bytes_twice(self):
         self.run_main()

@@ -8,12 +8,11 @@ import time
 
 import packer_path  # noqa: F401
 import pack_archive
-from progress import Progress
+from progress import BytesProgress
 
 # The program's addresses end at 2 GiB, and it has more to hold than the archive.
 LARGEST = 2**31 - 2**26  # bytes
 COMPRESSIONS = ("gzip", "xz")
-WORTH_TELLING = 8 * 2**20  # bytes: what is packed within a second or two
 DICTIONARY = 64 * 2**20  # bytes: what unpacking xz takes of the person's memory
 
 
@@ -126,20 +125,12 @@ def pack(path, members, member_time, compression):
         for status in (os.lstat(source) for source, _ in members)
         if stat.S_ISREG(status.st_mode)
     )
-    progress = Progress("Packing")
-    done = 0
-
-    def tell(count):
-        nonlocal done
-        done += count
-        if total >= WORTH_TELLING:
-            progress.step(done, total)
-
+    progress = BytesProgress("Packing", total)
     try:
         with open(unfinished, "wb") as file:
             output = BoundedFile(file)
             packed = XzWriter(output) if compression == "xz" else pack_archive.GzipWriter(output)
-            pack_archive.write_tar(packed, members, time=member_time, tell=tell)
+            pack_archive.write_tar(packed, members, time=member_time, tell=progress.count)
             packed.close()
         if same_bytes(unfinished, path):
             os.unlink(unfinished)

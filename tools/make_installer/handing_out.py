@@ -9,6 +9,7 @@ import os
 import building
 import packer_path  # noqa: F401
 import pack_archive
+from progress import BytesProgress
 
 LARGE = 16 * 2**20  # bytes: what is carried is packed already, and packing it again takes long
 EVERYBODY_RUNS = 0o755
@@ -64,6 +65,19 @@ def sum_of(path):
     return digest.hexdigest()
 
 
+def pack(executable, name, path, time):
+    """Leaves a .tar.gz of the executable, under that name, at path."""
+    size = os.path.getsize(executable)
+    progress = BytesProgress("Packing it for the download", size)
+    try:
+        with open(path, "wb") as file:
+            packed = pack_archive.GzipWriter(file, level=1 if size > LARGE else 9)
+            pack_archive.write_tar(packed, [(executable, name)], EVERYBODY_RUNS, time, progress.count)
+            packed.close()
+    finally:
+        progress.end()
+
+
 def hand_out(built, folder, name, stage):
     """Leaves the three files in the folder, all whole or none; the executable's path and sum."""
     os.makedirs(folder, exist_ok=True)
@@ -71,11 +85,7 @@ def hand_out(built, folder, name, stage):
     unfinished = [place + ".unfinished" for place in places]
     try:
         building.strip(built, unfinished[0], stage.processor)
-        with open(unfinished[1], "wb") as file:
-            level = 1 if os.path.getsize(unfinished[0]) > LARGE else 9
-            packed = pack_archive.GzipWriter(file, level=level)
-            pack_archive.write_tar(packed, [(unfinished[0], name)], EVERYBODY_RUNS, stage.time)
-            packed.close()
+        pack(unfinished[0], name, unfinished[1], stage.time)
         sums = [sum_of(path) for path in unfinished[:2]]
         with open(unfinished[2], "w", encoding="utf-8") as file:
             for each, digest in zip(names_of(name), sums):

@@ -2,6 +2,8 @@
 
 import sys
 
+WORTH_TELLING = 8 * 2**20  # bytes: what is done within a second or two
+
 
 class Progress:
     """Tells "DOING: done of total UNIT" or, without a unit, how many hundredths are done."""
@@ -29,3 +31,17 @@ class Progress:
         if self.on_terminal and self.shown >= 0:
             print(flush=True)
             self.shown = -1
+
+
+class BytesProgress(Progress):
+    """Adds up the bytes that are done, and tells of them where there are enough to wait for."""
+
+    def __init__(self, doing, total):
+        super().__init__(doing)
+        self.total = total
+        self.done = 0
+
+    def count(self, more):
+        self.done += more
+        if self.total >= WORTH_TELLING:
+            self.step(self.done, self.total)
