@@ -41,7 +41,7 @@ TEST_F(HostileStart, AToolThatCannotBeExecutedCountsAsFailed) {
         for (const char* entry : sudo_entries) {
             const RunnerOutcome outcome = call(entry, "true", {"sudo=" + path});
             EXPECT_EQ(outcome.result, 0) << entry;
-            EXPECT_LT(outcome.time_ms, 3000) << entry;
+            EXPECT_LT(outcome.time_ms, 8000) << entry; // sooner than by giving up after 10 s
             EXPECT_EQ(outcome.children, "none") << entry;
             EXPECT_EQ(outcome.text.find("result=", outcome.text.find("result=") + 1),
                       std::string::npos)
