@@ -44,7 +44,7 @@ struct ScenarioOptions {
     // The line between the installer and its screen; none when neither of the two is set.
     support::DistantDisplayOptions line = {};
     std::string installer = ZEPH_INSTALLER;
-    std::string pictures = ZEPH_PICTURES;       // where a picture goes of what went wrong
+    std::string pictures = ZEPH_PICTURES;        // where a picture goes of what went wrong
     std::chrono::milliseconds patience{120'000}; // with everything that is waited for
 };
 

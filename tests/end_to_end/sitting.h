@@ -34,8 +34,8 @@ struct SittingOptions {
     support::DistantDisplayOptions line = {};
     // The display of a desktop that runs already, in place of a manager, a screen and a line.
     std::string running_desktop = {};
-    std::string pictures;                       // folder for pictures of what went wrong
-    std::function<bool()> locked;               // whether the installer's lock is there
+    std::string pictures;                        // folder for pictures of what went wrong
+    std::function<bool()> locked;                // whether the installer's lock is there
     std::chrono::milliseconds patience{120'000}; // for each screen
 };
 
