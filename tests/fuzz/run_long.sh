@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Fuzzes every harness for some time and keeps what reaches new code.
+# Fuzzes every harness until its coverage has not grown for some time, and keeps what reaches new code.
 #
-#   run_long.sh [MINUTES [HARNESS...]]     10 minutes each of all of them, when nothing is said
+#   run_long.sh [MINUTES [HARNESS...]]     10 quiet minutes each of all of them, when nothing is said
 #
 # Builds with clang in build/fuzz, and works on a copy of the corpora in build/fuzz/corpus, which
 # grows from one time to the next. A finding ends its harness; its input stays in
@@ -25,13 +25,22 @@ if ! { cmake -G Ninja -B build/fuzz -DCMAKE_BUILD_TYPE=Debug -DCMAKE_C_COMPILER=
     exit 2
 fi
 
+# run_one HARNESS: one round of so many minutes after the other, until one ends with the edges it
+# began with.
 run_one() {
-    local name=$1
+    local name=$1 status edges
     local grown=build/fuzz/corpus/$name log=build/fuzz/$name.log
     mkdir -p "$grown"
-    nice "build/fuzz/fuzz_$name" -max_total_time=$((minutes * 60)) -max_len=1024 -timeout=20 \
-        -print_final_stats=1 -artifact_prefix="build/fuzz/findings/$name-" \
-        "$grown" "tests/fuzz/corpus/$name" > "$log" 2>&1
+    : > "$log"
+    while :; do
+        nice "build/fuzz/fuzz_$name" -max_total_time=$((minutes * 60)) -max_len=1024 -timeout=20 \
+            -print_final_stats=1 -artifact_prefix="build/fuzz/findings/$name-" \
+            "$grown" "tests/fuzz/corpus/$name" > "$log.round" 2>&1
+        status=$?
+        cat "$log.round" >> "$log"
+        edges=$(grep -oE '(INITED|DONE) +cov: [0-9]+' "$log.round" | grep -oE '[0-9]+$' | uniq | wc -l)
+        [ "$status" -eq 0 ] && [ "$edges" -gt 1 ] || return
+    done
 }
 export minutes
 export -f run_one
@@ -42,8 +51,8 @@ found=0
 for name in "${harnesses[@]}"; do
     last=$(grep -oE 'cov: [0-9]+ ft: [0-9]+ corp: [0-9]+' "build/fuzz/$name.log" | tail -n 1)
     read -r _ edges _ features _ corpus <<< "$last"
-    executions=$(sed -n 's/^stat::number_of_executed_units: *//p' "build/fuzz/$name.log")
-    seconds=$(sed -n 's/^Done .* in \([0-9]*\) second.*/\1/p' "build/fuzz/$name.log")
+    executions=$(awk '/^stat::number_of_executed_units:/ { sum += $2 } END { print sum }' "build/fuzz/$name.log")
+    seconds=$(awk '/^Done .* second/ { sum += $(NF - 1) } END { print sum }' "build/fuzz/$name.log")
     findings=$(find build/fuzz/findings -name "$name-*" | wc -l)
     found=$((found + findings))
     printf '%-16s %12s %8s %7s %9s %8s %8s\n' "$name" "${executions:--}" "${seconds:--}" \
