@@ -25,17 +25,48 @@ template <typename Reply> ReplyOf<Reply> owned(Reply* reply) {
     return ReplyOf<Reply>(reply);
 }
 
-std::optional<XWindow> find_below(const DisplayView& view, XWindow window,
-                                  const std::function<bool(XWindow)>& matches) {
-    for (const XWindow child : view.children(window)) {
-        if (matches(child) && view.viewable(child)) {
-            return child;
-        }
-        if (const std::optional<XWindow> found = find_below(view, child, matches)) {
-            return found;
+constexpr std::uint32_t longest_property = 1U << 20U; // in four-byte units
+
+std::string text_of(const xcb_get_property_reply_t& reply) {
+    return {static_cast<const char*>(xcb_get_property_value(&reply)),
+            static_cast<std::size_t>(xcb_get_property_value_length(&reply))};
+}
+
+// A wait looks at the whole tree every few milliseconds, so all windows of a level are asked about
+// before the first answer is awaited.
+std::vector<XWindow> children_of_all(xcb_connection_t* connection,
+                                     const std::vector<XWindow>& windows) {
+    std::vector<xcb_query_tree_cookie_t> questions;
+    questions.reserve(windows.size());
+    for (const XWindow window : windows) {
+        questions.push_back(xcb_query_tree(connection, window));
+    }
+    std::vector<XWindow> children;
+    for (const xcb_query_tree_cookie_t question : questions) {
+        if (const auto tree = owned(xcb_query_tree_reply(connection, question, nullptr))) {
+            const xcb_window_t* first = xcb_query_tree_children(tree.get());
+            children.insert(children.end(), first,
+                            first + xcb_query_tree_children_length(tree.get()));
         }
     }
-    return std::nullopt;
+    return children;
+}
+
+std::vector<std::string> text_of_all(xcb_connection_t* connection,
+                                     const std::vector<XWindow>& windows, std::uint32_t property) {
+    std::vector<xcb_get_property_cookie_t> questions;
+    questions.reserve(windows.size());
+    for (const XWindow window : windows) {
+        questions.push_back(xcb_get_property(connection, 0, window, property,
+                                             XCB_GET_PROPERTY_TYPE_ANY, 0, longest_property));
+    }
+    std::vector<std::string> texts;
+    texts.reserve(windows.size());
+    for (const xcb_get_property_cookie_t question : questions) {
+        const auto reply = owned(xcb_get_property_reply(connection, question, nullptr));
+        texts.push_back(reply ? text_of(*reply) : std::string());
+    }
+    return texts;
 }
 
 XWindow wait_for(const DisplayView& view, const std::string& what,
@@ -81,13 +112,7 @@ bool DisplayView::viewable(XWindow window) const {
 }
 
 std::vector<XWindow> DisplayView::children(XWindow window) const {
-    const auto tree =
-        owned(xcb_query_tree_reply(connection_, xcb_query_tree(connection_, window), nullptr));
-    if (!tree) {
-        return {};
-    }
-    const xcb_window_t* first = xcb_query_tree_children(tree.get());
-    return {first, first + xcb_query_tree_children_length(tree.get())};
+    return children_of_all(connection_, {window});
 }
 
 XWindow DisplayView::top_level_of(XWindow window) const {
@@ -113,11 +138,16 @@ Place DisplayView::place_on_root(XWindow window) const {
 }
 
 std::uint32_t DisplayView::atom(const std::string& name) const {
-    const auto reply = owned(xcb_intern_atom_reply(
-        connection_,
-        xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.c_str()),
-        nullptr));
-    return reply ? reply->atom : 0U;
+    const std::lock_guard guard(atoms_lock_);
+    std::uint32_t& known = atoms_[name];
+    if (known == XCB_NONE) {
+        const auto reply = owned(xcb_intern_atom_reply(
+            connection_,
+            xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.c_str()),
+            nullptr));
+        known = reply ? reply->atom : XCB_NONE;
+    }
+    return known;
 }
 
 std::string DisplayView::atom_name(std::uint32_t atom) const {
@@ -131,17 +161,15 @@ std::string DisplayView::atom_name(std::uint32_t atom) const {
 }
 
 std::optional<Property> DisplayView::property(XWindow window, const std::string& name) const {
-    constexpr std::uint32_t longest = 1U << 20U; // in four-byte units
-    const auto reply = owned(xcb_get_property_reply(
-        connection_,
-        xcb_get_property(connection_, 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, longest),
-        nullptr));
+    const auto reply = owned(
+        xcb_get_property_reply(connection_,
+                               xcb_get_property(connection_, 0, window, atom(name),
+                                                XCB_GET_PROPERTY_TYPE_ANY, 0, longest_property),
+                               nullptr));
     if (!reply || reply->type == XCB_NONE) {
         return std::nullopt;
     }
-    const char* bytes = static_cast<const char*>(xcb_get_property_value(reply.get()));
-    const auto length = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
-    return Property{atom_name(reply->type), reply->format, std::string(bytes, length)};
+    return Property{atom_name(reply->type), reply->format, text_of(*reply)};
 }
 
 std::string DisplayView::text_property(XWindow window, const std::string& name) const {
@@ -196,13 +224,28 @@ bool DisplayView::managed(XWindow window) const {
     return !state.empty() && state.front() == normal_state;
 }
 
+std::optional<XWindow>
+DisplayView::find(const std::string& property,
+                  const std::function<bool(const std::string&)>& matches) const {
+    std::vector<XWindow> level = children(root_);
+    while (!level.empty()) {
+        const std::vector<std::string> texts = text_of_all(connection_, level, atom(property));
+        for (std::size_t at = 0; at < level.size(); ++at) {
+            if (matches(texts[at]) && viewable(level[at])) {
+                return level[at];
+            }
+        }
+        level = children_of_all(connection_, level);
+    }
+    return std::nullopt;
+}
+
 std::optional<XWindow> DisplayView::find_title(const std::string& wanted) const {
-    return find_below(*this, root_, [&](XWindow window) { return title(window) == wanted; });
+    return find("WM_NAME", [&](const std::string& title) { return title == wanted; });
 }
 
 std::optional<XWindow> DisplayView::find_class(const std::string& name) const {
-    return find_below(*this, root_, [&](XWindow window) {
-        const std::string words = text_property(window, "WM_CLASS");
+    return find("WM_CLASS", [&](const std::string& words) {
         const std::size_t end = words.find('\0');
         return words.substr(0, end) == name ||
                (end != std::string::npos && words.substr(end + 1).c_str() == name);

@@ -12,6 +12,9 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
+#include <map>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -81,7 +84,8 @@ public:
     // Set by every window manager on the windows it manages.
     [[nodiscard]] bool managed(XWindow window) const;
 
-    // Viewable windows by WM_NAME or by either word of WM_CLASS, anywhere in the tree.
+    // Viewable windows by WM_NAME or by either word of WM_CLASS, anywhere in the tree; the one
+    // nearest to the root.
     [[nodiscard]] std::optional<XWindow> find_title(const std::string& title) const;
     [[nodiscard]] std::optional<XWindow> find_class(const std::string& name) const;
     // The same with patience; throw std::runtime_error with the window tree on time-out.
@@ -110,10 +114,16 @@ public:
 private:
     [[nodiscard]] std::uint32_t atom(const std::string& name) const;
     [[nodiscard]] std::string atom_name(std::uint32_t atom) const;
+    // The first viewable window, those nearest to the root first, whose text property matches.
+    [[nodiscard]] std::optional<XWindow>
+    find(const std::string& property, const std::function<bool(const std::string&)>& matches) const;
     void describe(XWindow window, int depth, std::string& text) const;
 
     xcb_connection_t* connection_;
     XWindow root_ = 0;
+    // Atoms stay what they are while the server lives.
+    mutable std::mutex atoms_lock_;
+    mutable std::map<std::string, std::uint32_t> atoms_;
 };
 
 } // namespace support

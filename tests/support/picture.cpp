@@ -54,7 +54,8 @@ struct Channel {
     explicit Channel(std::uint32_t mask)
         : shift(static_cast<std::uint32_t>(std::countr_zero(mask))), most(mask >> shift) {}
     [[nodiscard]] int of(std::uint32_t pixel) const {
-        return static_cast<int>((((pixel >> shift) & most) * 255 + most / 2) / most);
+        const std::uint32_t value = (pixel >> shift) & most;
+        return static_cast<int>(most == 255 ? value : (value * 255 + most / 2) / most);
     }
 };
 
@@ -93,11 +94,14 @@ std::size_t index_of(const Picture& picture, int x, int y) {
            3;
 }
 
-void set_pixel(Picture& picture, int x, int y, Colour colour) {
-    std::uint8_t* pixel = &picture.rgb[index_of(picture, x, y)];
+void put(std::uint8_t* pixel, Colour colour) {
     pixel[0] = static_cast<std::uint8_t>(colour.red);
     pixel[1] = static_cast<std::uint8_t>(colour.green);
     pixel[2] = static_cast<std::uint8_t>(colour.blue);
+}
+
+void set_pixel(Picture& picture, int x, int y, Colour colour) {
+    put(&picture.rgb[index_of(picture, x, y)], colour);
 }
 
 Picture empty_picture(int width, int height) {
@@ -150,20 +154,20 @@ Picture take_picture(const DisplayView& view, XWindow window, const Place& part)
     const Channel blue(palette_screen ? 1U : visual.blue_mask);
     const std::vector<Colour> palette =
         palette_screen ? palette_of(view, window) : std::vector<Colour>();
-    const int bytes_per_pixel = format.bits_per_pixel / 8;
+    const auto bytes_per_pixel = static_cast<std::size_t>(format.bits_per_pixel / 8);
     const int pad = format.scanline_pad;
     const int row_bytes = (part.width * format.bits_per_pixel + pad - 1) / pad * pad / 8;
     const std::uint8_t* bytes = xcb_get_image_data(image.get());
     Picture picture = empty_picture(part.width, part.height);
+    std::uint8_t* to = picture.rgb.data();
     for (int y = 0; y < part.height; ++y) {
-        for (int x = 0; x < part.width; ++x) {
+        const std::uint8_t* from = bytes + y * row_bytes;
+        for (int x = 0; x < part.width; ++x, from += bytes_per_pixel, to += 3) {
             std::uint32_t pixel = 0;
             // Server and test share the machine's byte order, which is little-endian.
-            std::memcpy(&pixel, bytes + y * row_bytes + x * bytes_per_pixel,
-                        static_cast<std::size_t>(bytes_per_pixel));
-            set_pixel(picture, x, y,
-                      palette_screen ? palette[pixel & 0xffU]
-                                     : Colour{red.of(pixel), green.of(pixel), blue.of(pixel)});
+            std::memcpy(&pixel, from, bytes_per_pixel);
+            put(to, palette_screen ? palette[pixel & 0xffU]
+                                   : Colour{red.of(pixel), green.of(pixel), blue.of(pixel)});
         }
     }
     return picture;

@@ -75,8 +75,9 @@ public:
         process_ = std::make_unique<support::ChildProcess>(options);
         EXPECT_TRUE(support::wait_until([&] { return announced(); })) << process_->error_output();
     }
+    // Xlib, asked to let go of it between its end and the X server's word of that, waits for ever.
     ~InputMethodServer() {
-        process_.reset();
+        die();
         std::filesystem::remove_all(home_);
     }
     InputMethodServer(const InputMethodServer&) = delete;
