@@ -7,13 +7,16 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
+#include <bitset>
 #include <cctype>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
+#include <functional>
 #include <set>
 #include <sstream>
+#include <string_view>
 
 namespace faults {
 
@@ -24,13 +27,38 @@ namespace {
 constexpr std::size_t context_bytes = 24;
 constexpr std::size_t most_reported = 20;
 
-std::set<std::string> pieces_of(const std::string& secret) {
-    std::set<std::string> pieces;
-    for (std::size_t at = 0; at + telling_length <= secret.size(); ++at) {
-        pieces.insert(secret.substr(at, telling_length));
-    }
-    return pieces;
+// What a piece begins with, as an index: a megabyte is asked about each of its positions.
+std::size_t first_two(const char* piece) {
+    std::uint16_t number = 0;
+    std::memcpy(&number, piece, sizeof number);
+    return number;
 }
+
+// Every piece of a secret that tells of it.
+class Pieces {
+public:
+    explicit Pieces(const std::string& secret) {
+        for (std::size_t at = 0; at + telling_length <= secret.size(); ++at) {
+            pieces_.insert(secret.substr(at, telling_length));
+            begins_.set(first_two(&secret[at]));
+        }
+    }
+    // Where in these bytes one of them is, in ascending order.
+    [[nodiscard]] std::vector<std::size_t> positions_in(std::string_view bytes) const {
+        std::vector<std::size_t> found;
+        for (std::size_t at = 0; at + telling_length <= bytes.size(); ++at) {
+            if (begins_[first_two(&bytes[at])] &&
+                pieces_.contains(bytes.substr(at, telling_length))) {
+                found.push_back(at);
+            }
+        }
+        return found;
+    }
+
+private:
+    std::set<std::string, std::less<>> pieces_;
+    std::bitset<0x10000> begins_;
+};
 
 std::string printable(const std::string& bytes) {
     std::string text;
@@ -40,19 +68,11 @@ std::string printable(const std::string& bytes) {
     return text;
 }
 
-// Positions of pieces; those that overlap the one before are the same copy.
-std::vector<std::size_t> copies_in(const std::string& bytes, const std::set<std::string>& pieces) {
-    std::vector<std::size_t> found;
-    for (const std::string& piece : pieces) {
-        for (std::size_t at = bytes.find(piece); at != std::string::npos;
-             at = bytes.find(piece, at + 1)) {
-            found.push_back(at);
-        }
-    }
-    std::sort(found.begin(), found.end());
+// Where a copy begins: pieces that overlap are of the same one.
+std::vector<std::size_t> copies_in(const std::string& bytes, const Pieces& pieces) {
     std::vector<std::size_t> copies;
     std::size_t last = 0;
-    for (const std::size_t at : found) {
+    for (const std::size_t at : pieces.positions_in(bytes)) {
         if (copies.empty() || at - last > telling_length) {
             copies.push_back(at);
         }
@@ -106,7 +126,7 @@ std::vector<std::string> swappable_copies(pid_t process, const std::string& secr
 
 std::vector<std::string> copies_in_memory(pid_t process, const std::string& secret) {
     const std::string folder = "/proc/" + std::to_string(process);
-    const std::set<std::string> pieces = pieces_of(secret);
+    const Pieces pieces(secret);
     const int memory = open((folder + "/mem").c_str(), O_RDONLY | O_CLOEXEC);
     std::vector<std::string> copies;
     if (memory < 0) {
@@ -166,10 +186,7 @@ std::vector<std::string> files_that_hold(const std::string& folder, const std::s
 }
 
 bool shows_piece_of(const std::string& text, const std::string& secret) {
-    const std::set<std::string> pieces = pieces_of(secret);
-    return std::any_of(pieces.begin(), pieces.end(), [&text](const std::string& piece) {
-        return text.find(piece) != std::string::npos;
-    });
+    return !Pieces(secret).positions_in(text).empty();
 }
 
 } // namespace faults

@@ -29,7 +29,7 @@ namespace {
 // A person's session with that input method. uim serves no locale without a language.
 struct Environment {
     Environment() {
-        setenv("LOCPATH", locales().c_str(), 1);
+        setenv("LOCPATH", TEST_LOCALES, 1);
         setenv("LC_ALL", "en_US.UTF-8", 1);
         setenv("XMODIFIERS", "@im=uim", 1);
     }
@@ -37,25 +37,6 @@ struct Environment {
         unsetenv("XMODIFIERS");
         unsetenv("LC_ALL");
         unsetenv("LOCPATH");
-    }
-    // Made once, and gone with the program.
-    struct Locales {
-        Locales() {
-            std::filesystem::create_directories(folder);
-            support::ChildProcess localedef({.command = {"localedef", "-i", "en_US", "-f", "UTF-8",
-                                                         "--no-archive", folder + "/en_US.UTF-8"}});
-            // Half a minute on a machine whose tests all make one at once.
-            const auto end = localedef.wait_for_end(std::chrono::minutes(2));
-            EXPECT_TRUE(end && end->exit_status == 0) << localedef.error_output();
-        }
-        ~Locales() { std::filesystem::remove_all(folder); }
-        Locales(const Locales&) = delete;
-        Locales& operator=(const Locales&) = delete;
-        const std::string folder = testing::TempDir() + "locales-" + std::to_string(getpid());
-    };
-    static std::string locales() {
-        static const Locales made;
-        return made.folder;
     }
     Environment(const Environment&) = delete;
     Environment& operator=(const Environment&) = delete;
@@ -70,7 +51,7 @@ public:
         support::ChildOptions options;
         options.command = {"uim-xim", "--engine=direct"};
         options.environment = std::vector<std::string>{"DISPLAY=" + display_name, "HOME=" + home_,
-                                                       "LOCPATH=" + Environment::locales(),
+                                                       std::string("LOCPATH=") + TEST_LOCALES,
                                                        "LC_ALL=en_US.UTF-8", "PATH=/usr/bin:/bin"};
         process_ = std::make_unique<support::ChildProcess>(options);
         EXPECT_TRUE(support::wait_until([&] { return announced(); })) << process_->error_output();

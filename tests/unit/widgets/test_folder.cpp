@@ -47,7 +47,12 @@ void TestFolder::add_file(const std::string& name) const {
 
 void TestFolder::add_files(int count, const std::string& prefix) const {
     for (int i = 0; i < count; ++i) {
-        add_file(prefix + std::to_string(i));
+        const std::string name = prefix + std::to_string(i);
+        if (i == 0) {
+            add_file(name);
+        } else { // a name of the first one takes a quarter of the time
+            require(link(path_of(prefix + "0").c_str(), path_of(name).c_str()) == 0, name);
+        }
     }
 }
 
