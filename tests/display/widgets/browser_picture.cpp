@@ -13,8 +13,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <iterator>
+#include <vector>
 
 namespace {
 
@@ -34,33 +36,50 @@ int clamped_sum(int sum) {
     return sum < 0 ? 0 : (sum > 65280 ? 255 : sum >> 8);
 }
 
+// One row of an image, enlarged across: three colours for each device column.
+std::vector<int> enlarged_row(const Canvas& image, int y, int step, int width) {
+    std::vector<int> row;
+    row.reserve(static_cast<std::size_t>(width) * 3);
+    for (int column = 0; column < width; ++column) {
+        const TapRow& across = taps_at(column * step);
+        int line[3] = {0, 0, 0};
+        for (int i = 0; i < 4; ++i) {
+            const int x = std::clamp((column * step >> 16) + i - 1, 0, image.width() - 1);
+            const Pixel p = image.at(x, y);
+            line[0] += across[static_cast<std::size_t>(i)] * p.r;
+            line[1] += across[static_cast<std::size_t>(i)] * p.g;
+            line[2] += across[static_cast<std::size_t>(i)] * p.b;
+        }
+        for (const int sum : line) {
+            row.push_back(clamped_sum(sum));
+        }
+    }
+    return row;
+}
+
 // Device rows first to first + rows of an image enlarged.
 support::Picture enlarged(const Canvas& image, float scale, int width, int first, int rows) {
     const int step = static_cast<int>((1 / scale) * 65536);
     support::Picture picture{width, rows, {}};
     picture.rgb.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(rows) * 3);
+    std::vector<std::vector<int>> across(static_cast<std::size_t>(image.height()));
     for (int row = first; row < first + rows; ++row) {
         const TapRow& down = taps_at(row * step);
-        for (int column = 0; column < width; ++column) {
-            const TapRow& across = taps_at(column * step);
-            int sums[3] = {0, 0, 0};
-            for (int j = 0; j < 4; ++j) {
-                const int y = std::clamp((row * step >> 16) + j - 1, 0, image.height() - 1);
-                int line[3] = {0, 0, 0};
-                for (int i = 0; i < 4; ++i) {
-                    const int x = std::clamp((column * step >> 16) + i - 1, 0, image.width() - 1);
-                    const Pixel p = image.at(x, y);
-                    line[0] += across[static_cast<std::size_t>(i)] * p.r;
-                    line[1] += across[static_cast<std::size_t>(i)] * p.g;
-                    line[2] += across[static_cast<std::size_t>(i)] * p.b;
-                }
-                for (int c = 0; c < 3; ++c) {
-                    sums[c] += down[static_cast<std::size_t>(j)] * clamped_sum(line[c]);
-                }
+        std::array<const int*, 4> lines{};
+        for (int j = 0; j < 4; ++j) {
+            const int y = std::clamp((row * step >> 16) + j - 1, 0, image.height() - 1);
+            std::vector<int>& line = across[static_cast<std::size_t>(y)];
+            if (line.empty()) {
+                line = enlarged_row(image, y, step, width);
             }
-            for (const int sum : sums) {
-                picture.rgb.push_back(static_cast<std::uint8_t>(clamped_sum(sum)));
+            lines[static_cast<std::size_t>(j)] = line.data();
+        }
+        for (int value = 0; value < width * 3; ++value) {
+            int sum = 0;
+            for (std::size_t j = 0; j < lines.size(); ++j) {
+                sum += down[j] * lines[j][value];
             }
+            picture.rgb.push_back(static_cast<std::uint8_t>(clamped_sum(sum)));
         }
     }
     return picture;

@@ -21,11 +21,6 @@ Canvas::~Canvas() {
     orx_pixbuf_free(nullptr, image_);
 }
 
-Pixel Canvas::at(int x, int y) const {
-    const std::uint8_t* p = image_->pixels + y * static_cast<int>(image_->rowstride) + x * 4;
-    return {p[0], p[1], p[2]};
-}
-
 void Canvas::set(int x, int y, Pixel colour) {
     std::uint8_t* p = image_->pixels + y * static_cast<int>(image_->rowstride) + x * 4;
     p[0] = static_cast<std::uint8_t>(colour.r);

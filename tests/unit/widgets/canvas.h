@@ -33,7 +33,10 @@ public:
     [[nodiscard]] Pixbuf* image() { return image_; }
     [[nodiscard]] int width() const { return static_cast<int>(image_->width); }
     [[nodiscard]] int height() const { return static_cast<int>(image_->height); }
-    [[nodiscard]] Pixel at(int x, int y) const;
+    [[nodiscard]] Pixel at(int x, int y) const {
+        const std::uint8_t* p = image_->pixels + y * static_cast<int>(image_->rowstride) + x * 4;
+        return {p[0], p[1], p[2]};
+    }
     void set(int x, int y, Pixel colour);
 
     // Rectangles by first column and row, width and height; lines with both ends included. Alpha
