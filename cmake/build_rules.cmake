@@ -62,7 +62,7 @@ function(zeph_test name)
   endif()
   add_executable(${name} ${arg_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/source ${PROJECT_SOURCE_DIR}/tests)
-  target_link_libraries(${name} PRIVATE zeph_test_rules ${arg_LIBRARIES} GTest::gtest_main)
+  target_link_libraries(${name} PRIVATE zeph_test_rules ${arg_LIBRARIES} zeph_test_main)
   target_precompile_headers(${name} REUSE_FROM zeph_test_headers)
   gtest_discover_tests(${name}
     TEST_PREFIX ${name}.
