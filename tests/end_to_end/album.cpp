@@ -21,10 +21,13 @@ void Album::keep(Scenario& scenario, support::XWindow window, const char* name,
     std::fflush(stdout);
 }
 
-void keep_screens_up_to_a_wrong_password(Scenario& scenario, Album& album) {
+void keep_splash(Scenario& scenario, Album& album) {
     scenario.reach_splash();
     album.keep(scenario, scenario.splash_window(), "splash", "the splash");
     scenario.reach_main_window_from_splash();
+}
+
+void keep_wrong_password(Scenario& scenario, Album& album) {
     scenario.reach_password_screen_from_main_window();
     album.keep(scenario, scenario.main_window(), "password", "asks for the password");
     scenario.give_password("mistyped");

@@ -21,8 +21,10 @@ private:
     int count_ = 0;
 };
 
-// How every tour begins: splash, the question for the password, and a wrong answer.
-void keep_screens_up_to_a_wrong_password(Scenario& scenario, Album& album);
+// How every tour begins: the splash, which is clicked away; and then, where there is one, the
+// question for the password, and a wrong answer.
+void keep_splash(Scenario& scenario, Album& album);
+void keep_wrong_password(Scenario& scenario, Album& album);
 
 // A line of the tour's report, at once.
 void say(const std::string& text);

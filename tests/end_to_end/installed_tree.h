@@ -14,8 +14,10 @@ struct TreeFigures {
 
 // Compares each member with what is in the folder (content, mode, owner, time, link target), and
 // sees to it that below the topmost members there is nothing else. Throws std::runtime_error with
-// the first differences. With tops it is about these topmost members alone.
+// the first differences. With tops it is about these topmost members alone; with owner they belong
+// to that account, and not to whom the archive says.
 [[nodiscard]] TreeFigures prove_tree(const std::string& archive, const std::string& folder,
-                                     const std::vector<std::string>& tops = {});
+                                     const std::vector<std::string>& tops = {},
+                                     const std::string& owner = {});
 
 } // namespace end_to_end

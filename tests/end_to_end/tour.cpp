@@ -52,7 +52,8 @@ void mount_plugin_folder(const Scenario& scenario, const std::string& folder) {
 PluginFile install(const Tour& tour, Album& album) {
     Scenario scenario(with(Rights::sudo, tour));
     mount_plugin_folder(scenario, tour.folder);
-    keep_screens_up_to_a_wrong_password(scenario, album);
+    keep_splash(scenario, album);
+    keep_wrong_password(scenario, album);
     scenario.give_password(user_password);
     scenario.reach_unpacking();
     scenario.wait_for("a third of the bar", [&] {

@@ -1,22 +1,24 @@
 // Plays the installation of a maker's own product on a private screen, as a throw-away account with
-// the real sudo, takes a picture of every screen, and compares what was installed with the archive.
-// What ./make-installer --try runs. zeph-try NAME=VALUE..., all of:
+// the real sudo or su, takes a picture of every screen, and compares what was installed with the
+// archive. What ./make-installer --try runs. zeph-try NAME=VALUE..., all of:
 //
-//   installer  the executable                     archive  the archive that it carries
-//   title      the folder browser's               folder   default_install_folder
-//   offered    1 when the browser begins there    pictures the folder for pictures, console.txt,
-//   tree
-//   plugin     its name in the archive            items    a line NAME/FOLDER for whatever else is
-//   in it; FOLDER empty = where the plug-in goes
+//   by         sudo, su or person: by whose rights
+//   asked      1 when the installer asks for whom
+//   installer  the executable
+//   archive    the archive that it carries
+//   title      the folder browser's
+//   folder     the default one for this way; ~/ = in the home, here and below
+//   offered    1 when the browser begins there
+//   plugin     its name in the archive
+//   items      a line NAME/FOLDER for whatever else is in it; FOLDER empty = where the plug-in goes
+//   pictures   the folder for pictures, console.txt, tree
 //
 // Ends with status 0 when all is well.
 
 #include "end_to_end/album.h"
 #include "end_to_end/installed_file.h"
 #include "end_to_end/installed_tree.h"
-#include "end_to_end/scenario.h"
-
-#include <sys/mount.h>
+#include "end_to_end/ways.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -39,6 +41,7 @@ using Words = std::map<std::string, std::string>;
 
 ScenarioOptions options_of(const Words& words) {
     ScenarioOptions options;
+    options.rights = rights_of(way_named(words.at("by")));
     options.environment = {"LC_ALL=C.UTF-8", "ORXDPI=96"};
     options.browser_title = words.at("title").c_str();
     options.keep_visible = {words.at("pictures"), files::path(words.at("archive")).parent_path()};
@@ -48,11 +51,16 @@ ScenarioOptions options_of(const Words& words) {
     return options;
 }
 
+// A folder of the words as the tour's person has it.
+std::string place_of(const std::string& folder, const support::Account& account) {
+    return folder.starts_with("~/") ? account.home + folder.substr(1) : folder;
+}
+
 // Chooses what a person would and gives the folder.
 std::string choose_folder(Scenario& scenario, Album& album, const Words& words) {
     if (words.at("offered") == "1") {
         scenario.accept_folder();
-        return words.at("folder");
+        return place_of(words.at("folder"), scenario.account());
     }
     scenario.enter_folder_row(first_folder_row);
     album.keep(scenario, scenario.browser_window(), "folder-chosen", "a folder is entered");
@@ -66,19 +74,23 @@ struct Item {
     std::string folder;
 };
 
-std::vector<Item> items_of(const Words& words, const std::string& chosen) {
+std::vector<Item> items_of(const Words& words, const std::string& chosen,
+                           const support::Account& account) {
     std::vector<Item> items;
     std::istringstream lines(words.at("items"));
     for (std::string line; std::getline(lines, line);) {
         const std::size_t slash = line.find('/');
-        const std::string folder = line.substr(slash);
-        items.push_back({line.substr(0, slash), folder == "/" ? chosen : folder});
+        const std::string folder =
+            line.substr(line.compare(slash, 2, "/~") == 0 ? slash + 1 : slash);
+        items.push_back(
+            {line.substr(0, slash), folder == "/" ? chosen : place_of(folder, account)});
     }
     return items;
 }
 
-void prove(const Words& words, const Item& item) {
-    const TreeFigures tree = prove_tree(words.at("archive"), item.folder, {item.name});
+void prove(const Words& words, const Item& item, const support::Account& account) {
+    const std::string owner = words.at("by") == "person" ? account.name : "";
+    const TreeFigures tree = prove_tree(words.at("archive"), item.folder, {item.name}, owner);
     say("  installed into " + item.folder + ": " + tree.tops + ", " + std::to_string(tree.members) +
         " files, folders and links, each as it is carried");
 }
@@ -91,16 +103,34 @@ void keep_tree(const Words& words, const std::string& folder, const std::string&
         std::chrono::minutes{10});
 }
 
+// Up to the right password, or up to where one person needs none.
+void keep_first_screens(Scenario& scenario, Album& album, const Words& words) {
+    const Way way = way_named(words.at("by"));
+    keep_splash(scenario, album);
+    if (words.at("asked") == "1") {
+        await_choice(scenario);
+        album.keep(scenario, scenario.main_window(), "choice", "asks for whom it is");
+        choose_recipient(scenario, way);
+    }
+    if (way != Way::person) {
+        keep_wrong_password(scenario, album);
+    }
+}
+
 void install(const Words& words, Album& album) {
+    const Way way = way_named(words.at("by"));
     Scenario scenario(options_of(words));
     const std::string choice = scenario.account().home + "/" + chosen_name;
     files::create_directory(choice);
     support::give_to(scenario.account(), choice);
-    keep_screens_up_to_a_wrong_password(scenario, album);
+    keep_first_screens(scenario, album, words);
     const auto start = std::chrono::steady_clock::now();
-    scenario.give_password(user_password);
+    if (way != Way::person) {
+        scenario.give_password(password_of(way));
+    }
     scenario.reach_unpacking();
-    album.keep(scenario, scenario.main_window(), "unpacking", "the right one: unpacks");
+    album.keep(scenario, scenario.main_window(), "unpacking",
+               way == Way::person ? "unpacks" : "the right one: unpacks");
     scenario.reach_folder_browser();
     album.keep(scenario, scenario.browser_window(), "folder-browser", "asks for the folder");
     const std::string folder = choose_folder(scenario, album, words);
@@ -118,19 +148,24 @@ void install(const Words& words, Album& album) {
     }
     char seconds[32];
     std::snprintf(seconds, sizeof seconds, "%.1f", took.count());
-    say("  from the password to the last screen: " + std::string(seconds) + " seconds");
-    std::vector<Item> all = items_of(words, folder);
+    say("  from the " + std::string(way == Way::person ? "first screen" : "password") +
+        " to the last screen: " + seconds + " seconds");
+    std::vector<Item> all = items_of(words, folder, scenario.account());
     all.insert(all.begin(), {words.at("plugin"), folder});
     for (const Item& item : all) {
-        prove(words, item);
+        prove(words, item, scenario.account());
         keep_tree(words, item.folder, item.name);
     }
 }
 
 void cancel(const Words& words, Album& album) {
+    const Way way = way_named(words.at("by"));
     Scenario scenario(options_of(words));
-    scenario.reach_password_screen();
-    scenario.give_password(user_password);
+    scenario.reach_main_window();
+    if (words.at("asked") == "1") {
+        choose_recipient(scenario, way);
+    }
+    authenticate(scenario, way);
     scenario.reach_folder_browser();
     scenario.cancel_folder();
     scenario.reach_last_screen();
@@ -160,8 +195,8 @@ int main(int count, char** arguments) {
         const std::size_t equals = word.find('=');
         words[word.substr(0, equals)] = equals == std::string::npos ? "" : word.substr(equals + 1);
     }
-    for (const char* name :
-         {"installer", "archive", "title", "folder", "offered", "pictures", "plugin", "items"}) {
+    for (const char* name : {"by", "asked", "installer", "archive", "title", "folder", "offered",
+                             "plugin", "items", "pictures"}) {
         if (!words.contains(name)) {
             std::fprintf(stderr, "zeph-try: %s=... is missing\n", name);
             return 2;

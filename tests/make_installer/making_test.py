@@ -22,6 +22,7 @@ import main
 import making
 import progress
 import staging
+import trying
 from new_product import TEMPLATE
 from wording import size, some_of, visible
 
@@ -74,6 +75,10 @@ class Making(unittest.TestCase):
         with open(path, "w", encoding="utf-8") as file:
             file.write("\n".join(lines) + "\n")
 
+    def add(self, text):
+        with open(self.path("product/product.toml"), "a", encoding="utf-8") as file:
+            file.write(text)
+
     def run_main(self, *arguments):
         """(status, said, complained) of a run."""
         said, complained = io.StringIO(), io.StringIO()
@@ -100,13 +105,48 @@ class Making(unittest.TestCase):
 
 
 class Trying(Making):
-    def test_knows_the_way_through_installations_for_everybody_only(self):
-        for value in ("person", "ask"):
+    """What the trial is told: one that writes it down takes its place."""
+
+    def setUp(self):
+        super().setUp()
+        self.notes = self.path("notes")
+        with open(self.path("trial"), "w", encoding="utf-8") as file:
+            file.write(f'#!/bin/sh\nprintf "%s\\0" "$@" end >> {self.notes}\n')
+        os.chmod(self.path("trial"), 0o755)
+        for module, name, stand_in in (
+            (trying, "built_tour", lambda folder: self.path("trial")),
+            (os, "getuid", lambda: 0),  # who else would ask through sudo
+        ):
+            self.addCleanup(setattr, module, name, getattr(module, name))
+            setattr(module, name, stand_in)
+
+    def told(self):
+        """The words of each trial of a run, by name."""
+        self.assertEqual(self.run_main("--try")[0], 0)
+        with open(self.notes, encoding="utf-8") as file:
+            runs = file.read().split("\0end\0")[:-1]
+        os.unlink(self.notes)
+        return [dict(word.split("=", 1) for word in run.split("\0")) for run in runs]
+
+    def test_plays_each_way_to_install_it(self):
+        self.add('[[item]]\npath = "presets"\n')
+        self.add('[[item]]\npath = "manual"\nfolder = "/usr/share/doc/x"\nperson_folder = "~/doc"\n')
+        for name in ("presets", "manual"):
+            with open(self.path("product/" + name), "w", encoding="utf-8") as file:
+                file.write("text")
+        root = ("sudo", "/usr/lib/lv2", "presets/\nmanual/usr/share/doc/x\n", "build/tour")
+        person = ("person", "~/.lv2", "presets/\nmanual/~/doc\n", "build/tour")
+        second = (*person[:3], "build/tour-person")
+        for value, asked, expected in (
+            ("everybody", "0", [root]),
+            ("person", "0", [person]),
+            ("ask", "1", [root, second]),
+        ):
             self.set("install_for", f'"{value}"')
-            status, _, complained = self.run_main("--try")
-            self.assertEqual(status, 1)
-            self.assertIn(f"install_for is '{value}'; try it with install_for = ", complained)
-            self.assertEqual(self.builds, [])
+            runs = self.told()
+            found = [(run["by"], run["folder"], run["items"], run["pictures"]) for run in runs]
+            self.assertEqual(found, [(*each[:3], self.path(each[3])) for each in expected])
+            self.assertEqual({run["asked"] for run in runs}, {asked})
 
 
 class HandingOut(Making):

@@ -107,8 +107,6 @@ def make(folder, build_folder, output_folder, strict=False, asked=None, tour_fol
         raise processors.ProcessorError(f"{wrong}; leave out --try")
     checker, packed = checked_product(folder)
     values = checker.values
-    if tour_folder:
-        trying.check_possible(values)
     handing_out.check_place(output_folder, executable_name(values, processor), values["product_name"])
     print(f"Packing {values['product_name']} {values['product_version']}", flush=True)
     for line in some_of(f"Left out: {visible(name)}" for name in packed.left_out):
