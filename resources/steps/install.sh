@@ -41,6 +41,8 @@ exec > /dev/null 2>&1
 step=$1 name=$2 archive=$3 prefix=$4 uninstaller=$5
 shift 5
 share=$prefix/share/uninstall-$name
+script=$prefix/bin/uninstall-$name
+script_beside=$prefix/bin/.uninstall-$name-new
 line_feed='
 '
 
@@ -231,8 +233,17 @@ write_dropped() {
 
 is_whole() { [ "$(tail -n 1 "$1")" = end ]; }
 
-write_uninstaller() { printf '%s' "$uninstaller" > "$share/uninstaller.new"; }
+# The new list with all that only the older version has: for want of room for what is left of that.
+write_all() {
+    grep -vx end "$share/installed.new" > "$share/all.new"
+    cat "$share/dropped.new" >> "$share/all.new"
+}
 
+write_uninstaller() {
+    printf '%s' "$uninstaller" > "$script_beside" && chmod 755 "$script_beside"
+}
+
+# All that takes room is made here, where the old version is still in its place.
 make_list() {
     take_away_list
     made=
@@ -247,21 +258,23 @@ make_list() {
     if [ -f "$share/installed" ]; then
         attempt "$no_room" write_dropped
         is_whole "$share/dropped.new" || exit "$no_room"
+        attempt "$no_room" write_all
+        is_whole "$share/all.new" || exit "$no_room"
+        attempt "$no_room" touch "$share/dropped.new.left" # which the uninstaller writes
     fi
     attempt "$no_room" write_uninstaller
-    [ "$(wc -c < "$share/uninstaller.new")" -eq "$(printf '%s' "$uninstaller" | wc -c)" ] ||
-        exit "$no_room"
+    [ "$(wc -c < "$script_beside")" -eq "$(printf '%s' "$uninstaller" | wc -c)" ] || exit "$no_room"
 }
 
 # The new list takes the old one's place, and what only the old one has is removed.
 change_lists() {
+    list=$share/installed.new
     if [ -f "$share/dropped.new" ]; then
-        sh "$share/uninstaller.new" --only "$share/dropped.new"
-        grep -Fvx -e end "$share/dropped.new" >> "$share/installed.new"
+        sh "$script_beside" --only "$share/dropped.new"
+        cat "$share/dropped.new" >> "$share/installed.new" || list=$share/all.new
     fi
-    chmod 755 "$share/uninstaller.new"
-    mv -fT "$share/uninstaller.new" "$prefix/bin/uninstall-$name"
-    mv -fT "$share/installed.new" "$share/installed"
+    mv -fT "$script_beside" "$script"
+    mv -fT "$list" "$share/installed"
     rm -f "$share"/*.new
 }
 
@@ -276,9 +289,10 @@ find_missing_places() {
 take_away_list() {
     [ -n "$prefix" ] || return 0
     made=$missing
+    rm -f "$script_beside"
     if [ -d "$share" ]; then
         made=$made$line_feed$(cat "$share/installed.new")$line_feed
-        rm -f "$share"/*.new
+        rm -f "$share"/*.new "$share/dropped.new.left"
         rmdir "$share"
     fi
     for place in "$prefix/share" "$prefix/bin" "$prefix"; do

@@ -2,6 +2,7 @@
 // that comes after.
 #include "steps/step_run.h"
 #include "support/worlds/private_world.h"
+#include "support/worlds/small_disk.h"
 
 #include <gtest/gtest.h>
 
@@ -75,6 +76,11 @@ protected:
         const auto end = child.wait_for_end();
         said_ = child.output() + child.error_output();
         return end && end->exit_status ? *end->exit_status : -1;
+    }
+
+    // As it is in the sources.
+    static std::string text_of_uninstaller() {
+        return support::output_of({"cat", "resources/steps/uninstall.sh"});
     }
 
     bool says(const std::string& text) const { return said_.find(text) != std::string::npos; }
@@ -272,6 +278,44 @@ TEST_P(Uninstaller, ThatHasNoRoomForItsFoldersLeavesNone) {
         }
     }
     EXPECT_GE(refused, 4);
+}
+
+// Where the list and the script are on disks of their own, which may be full, too.
+TEST_P(Uninstaller, OnADiskThatTakesNoMoreFilesLeavesTheEarlierVersionAndItsList) {
+    const std::string dropped = folder + "/" + bundle + "/presets/dropped";
+    for (const char* own : {"/bin", "/share"}) {
+        fs::remove_all(folder + "/" + bundle);
+        make_archive("old", "dropped");
+        install_version();
+        make_archive("new", "added");
+        const std::string before = tree_of(place);
+        int status = no_room;
+        for (unsigned long count = 0; status == no_room && count < 20; ++count) {
+            const support::SmallDisk disk(prefix + own);
+            disk.leave_room_for_files(count);
+            status = install(GetParam(), folder, keeping());
+            if (status == no_room) {
+                ASSERT_EQ(tree_of(place), before) << own << " with room for " << count;
+                continue;
+            }
+            EXPECT_EQ(status, 0) << own << " with room for " << count;
+            EXPECT_GT(count, 0U) << own;
+            EXPECT_FALSE(fs::exists(dropped)) << own << " with room for " << count;
+            EXPECT_EQ(support::output_of({"cat", uninstaller}), text_of_uninstaller());
+            EXPECT_EQ(support::output_of({"find", prefix, "-name", "*new*"}), "");
+        }
+        EXPECT_EQ(status, 0) << own;
+    }
+}
+
+TEST_P(Uninstaller, WithoutRoomForItselfIsNotLeftOut) {
+    fs::create_directories(prefix + "/bin");
+    const support::SmallDisk disk(prefix + "/bin");
+    disk.leave_no_room();
+    support::write_file(prefix + "/bin/last page", "x");
+    const std::string before = tree_of(place);
+    EXPECT_EQ(install(GetParam(), folder, keeping()), no_room);
+    EXPECT_EQ(tree_of(place), before);
 }
 
 TEST_P(Uninstaller, AFailedOrAbandonedInstallationLeavesNone) {
