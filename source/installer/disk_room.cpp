@@ -57,3 +57,8 @@ bool has_room_for_all(const RoomWanted* wanted, std::size_t count, Writer writer
     }
     return true;
 }
+
+bool has_room_for_a_file(const char* folder) {
+    struct statvfs disk {};
+    return statvfs(folder, &disk) != 0 || disk.f_files == 0 || disk.f_favail > 0;
+}

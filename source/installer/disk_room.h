@@ -18,3 +18,7 @@ struct RoomWanted {
 
 // The same of several folders at once, some of which may be on one disk.
 [[nodiscard]] bool has_room_for_all(const RoomWanted* wanted, std::size_t count, Writer writer);
+
+// false when a disk takes no more files, whatever room for bytes it has. To tell why something
+// failed; asked before, it would wrong file systems that do not know.
+[[nodiscard]] bool has_room_for_a_file(const char* folder);

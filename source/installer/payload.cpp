@@ -89,7 +89,8 @@ bool unpack_archive(std::FILE* file) {
 }
 
 std::int32_t fail_unpacking() {
-    const bool full = product.verify_installation == 1 && !has_room("/tmp", 1, Writer::person);
+    const bool full = product.verify_installation == 1 &&
+                      (!has_room("/tmp", 1, Writer::person) || !has_room_for_a_file("/tmp"));
     return fail_for("Unable to extract installer data", full ? no_room_in_tmp_text : nullptr);
 }
 

@@ -2,6 +2,7 @@
 // person is told why.
 #include "end_to_end/scenario.h"
 #include "faults/surroundings.h"
+#include "support/worlds/small_disk.h"
 
 #include <gtest/gtest.h>
 
@@ -152,6 +153,17 @@ TEST_P(FailedUpgrade, WithoutRoomInTmpIsFoundOutBeforeTheWork) {
                                                        : end_to_end::root_password);
     expect_told("Unable to extract installer data - There is no room left in /tmp");
     EXPECT_FALSE(tells_of("Unpacking Files"));
+    expect_old_version();
+}
+
+TEST_P(FailedUpgrade, WithoutRoomForAFileInTmpIsTold) {
+    install_old_version("1m");
+    scenario_.reach_password_screen();
+    const support::SmallDisk disk("/tmp");
+    disk.leave_room_for_files(0);
+    scenario_.give_password(GetParam() == Rights::sudo ? end_to_end::user_password
+                                                       : end_to_end::root_password);
+    expect_told("Unable to extract installer data - There is no room left in /tmp");
     expect_old_version();
 }
 
