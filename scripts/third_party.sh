@@ -3,16 +3,26 @@
 # private world, compares what was installed with what the package has, and opens it with hosts and
 # inspectors that nobody here wrote.
 #
-#   scripts/third_party.sh [SUITE]     bookworm without; any that has the packages
+#   scripts/third_party.sh [SUITE]          bookworm without; any that has the packages
+#   scripts/third_party.sh --life [SUITE]   the life of one plug-in in three formats, with sudo, with su
+#                                           and for one person: its first version is installed, the second
+#                                           one fails on each disk that fills up, at each file, then takes
+#                                           its place, and is removed; trees are compared each time
 #
 # Works on the committed sources, inside a fresh root file system, as on a machine that has nothing.
-# Needs root and the Debian archive. Prints a line for each step and a table in the end; both, the
-# console texts and the pictures stay in build/third-party. Ends with status 1 when one is not right.
+# Needs root and the Debian archive. Prints a line for each step and a table in the end; both and the
+# pictures, and without --life the console texts, stay in build/third-party. Ends with status 1 when one
+# is not right.
 set -u
 cd "$(dirname "$0")/.." || exit 2
 . scripts/packages.sh
 . scripts/root_file_system.sh
 
+what=inside
+if [ "${1:-}" = --life ]; then
+    what=life
+    shift
+fi
 suite=${1:-bookworm}
 [[ $suite =~ ^[a-z][a-z0-9-]*$ ]] || no_root "\"$suite\" is no name of a suite."
 make_root "$suite" "" git
@@ -24,5 +34,5 @@ git -c 'safe.directory=*' clone --quiet --depth 1 "file://$PWD" "$tree/zeph" ||
 enter_root "$root_folder" --keep-packages \
     --copy "$tree/zeph" /srv/zeph --in /srv/zeph \
     --share "$root_cache/compiled/$suite" /root/.cache/ccache \
-    --fetch /srv/results "$PWD/build/third-party/$suite" \
-    -- bash scripts/third_party/inside.sh
+    --fetch /srv/results "$PWD/build/third-party/$suite-$what" \
+    -- bash "scripts/third_party/$what.sh"

@@ -3,6 +3,7 @@
 
 #include "privilege/runner_call.h"
 #include "privilege/world_test.h"
+#include "support/text_lines.h"
 
 #include <gtest/gtest.h>
 
@@ -28,11 +29,7 @@ std::string text_of(const std::string& path) {
 }
 
 std::vector<std::string> sorted_lines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        lines.push_back(line);
-    }
+    std::vector<std::string> lines = support::lines_of(text);
     std::sort(lines.begin(), lines.end());
     return lines;
 }

@@ -7,7 +7,7 @@
 //   installer  the executable
 //   archive    the archive that it carries
 //   title      the folder browser's
-//   folder     the default one for this way; ~/ = in the home, here and below
+//   folder     the default one for this way
 //   offered    1 when the browser begins there
 //   plugin     its name in the archive
 //   items      a line NAME/FOLDER for whatever else is in it; FOLDER empty = where the plug-in goes
@@ -18,13 +18,12 @@
 #include "end_to_end/album.h"
 #include "end_to_end/installed_file.h"
 #include "end_to_end/installed_tree.h"
+#include "end_to_end/trial_words.h"
 #include "end_to_end/ways.h"
 
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <map>
-#include <sstream>
 #include <stdexcept>
 
 namespace end_to_end {
@@ -36,8 +35,6 @@ constexpr const char* chosen_name = "plug-ins"; // in the home of the tour's per
 constexpr const char* tree_name = "installed";
 constexpr int first_folder_row = 2;             // behind "." and ".."
 constexpr std::uintmax_t slow_disk = 5'000'000; // bytes a second
-
-using Words = std::map<std::string, std::string>;
 
 ScenarioOptions options_of(const Words& words) {
     ScenarioOptions options;
@@ -51,11 +48,6 @@ ScenarioOptions options_of(const Words& words) {
     return options;
 }
 
-// A folder of the words as the tour's person has it.
-std::string place_of(const std::string& folder, const support::Account& account) {
-    return folder.starts_with("~/") ? account.home + folder.substr(1) : folder;
-}
-
 // Chooses what a person would and gives the folder.
 std::string choose_folder(Scenario& scenario, Album& album, const Words& words) {
     if (words.at("offered") == "1") {
@@ -66,26 +58,6 @@ std::string choose_folder(Scenario& scenario, Album& album, const Words& words) 
     album.keep(scenario, scenario.browser_window(), "folder-chosen", "a folder is entered");
     scenario.accept_folder();
     return scenario.account().home + "/" + chosen_name;
-}
-
-// A topmost member of the archive, and where it goes.
-struct Item {
-    std::string name;
-    std::string folder;
-};
-
-std::vector<Item> items_of(const Words& words, const std::string& chosen,
-                           const support::Account& account) {
-    std::vector<Item> items;
-    std::istringstream lines(words.at("items"));
-    for (std::string line; std::getline(lines, line);) {
-        const std::size_t slash = line.find('/');
-        const std::string folder =
-            line.substr(line.compare(slash, 2, "/~") == 0 ? slash + 1 : slash);
-        items.push_back(
-            {line.substr(0, slash), folder == "/" ? chosen : place_of(folder, account)});
-    }
-    return items;
 }
 
 void prove(const Words& words, const Item& item, const support::Account& account) {
@@ -150,7 +122,7 @@ void install(const Words& words, Album& album) {
     std::snprintf(seconds, sizeof seconds, "%.1f", took.count());
     say("  from the " + std::string(way == Way::person ? "first screen" : "password") +
         " to the last screen: " + seconds + " seconds");
-    std::vector<Item> all = items_of(words, folder, scenario.account());
+    std::vector<Item> all = items_of(words.at("items"), folder, scenario.account());
     all.insert(all.begin(), {words.at("plugin"), folder});
     for (const Item& item : all) {
         prove(words, item, scenario.account());
@@ -172,7 +144,7 @@ void cancel(const Words& words, Album& album) {
     album.keep(scenario, scenario.main_window(), "cancelled", "another run, cancelled");
 }
 
-int play(const Words& words) {
+void play(const Words& words) {
     const std::string& pictures = words.at("pictures");
     files::remove_all(pictures);
     files::create_directories(pictures);
@@ -182,34 +154,14 @@ int play(const Words& words) {
     cancel(words, album);
     hand_over(pictures, ""); // the tree, too: whoever made it can remove it
     say("Pictures, console.txt and what was installed are in " + pictures);
-    return 0;
 }
 
 } // namespace
 } // namespace end_to_end
 
 int main(int count, char** arguments) {
-    end_to_end::Words words;
-    for (int i = 1; i < count; ++i) {
-        const std::string word = arguments[i];
-        const std::size_t equals = word.find('=');
-        words[word.substr(0, equals)] = equals == std::string::npos ? "" : word.substr(equals + 1);
-    }
-    for (const char* name : {"by", "asked", "installer", "archive", "title", "folder", "offered",
-                             "plugin", "items", "pictures"}) {
-        if (!words.contains(name)) {
-            std::fprintf(stderr, "zeph-try: %s=... is missing\n", name);
-            return 2;
-        }
-    }
-    if (const auto obstacle = support::world_obstacle()) {
-        std::fprintf(stderr, "%s\n", obstacle->c_str());
-        return 1;
-    }
-    try {
-        return end_to_end::play(words);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "the trial failed: %s\n", error.what());
-        return 1;
-    }
+    return end_to_end::play_with_words(count, arguments,
+                                       {"by", "asked", "installer", "archive", "title", "folder",
+                                        "offered", "plugin", "items", "pictures"},
+                                       end_to_end::play);
 }
