@@ -74,8 +74,7 @@ bool make_plan(const Pixbuf* source, const ScaleRequest& request, std::int64_t s
         std::min(std::min<std::int64_t>(request.width, largest_rectangle), surface_width - left);
     const std::int64_t height =
         std::min(std::min<std::int64_t>(request.height, largest_rectangle), surface_height - top);
-    if (width < 1 || height < 1 || request.image_x >= surface_width ||
-        request.image_y >= surface_height || !source_step(request.scale, plan.step)) {
+    if (!source_step(request.scale, plan.step)) {
         return false;
     }
     plan.first_column = std::max<std::int64_t>(left - request.image_x, 0);
