@@ -53,6 +53,8 @@ TEST(SurfaceFunctions, EqualXlibsOwnInEveryFormat) {
             surface_install_functions(&own.image);
             const bool replaced = format.bits_per_pixel == 16 || format.bits_per_pixel == 32;
             EXPECT_EQ(own.image.f.put_pixel != xlib.image.f.put_pixel, replaced) << format.name;
+            EXPECT_EQ(surface_writer(&own.image).route != SurfaceRoute::image_function, replaced)
+                << format.name << (msb ? " msb" : " lsb") << " goes the slow way";
             for (int i = 0; i < 500; ++i) {
                 const int x = number(random, 0, 12);
                 const int y = number(random, 0, 6);

@@ -32,8 +32,8 @@ TEST(DesktopFolderLine, ThatIsAboutSomethingElseOrWrongNamesNone) {
          {"", "\n", "# XDG_DESKTOP_DIR=\"$HOME/x\"", "XDG_MUSIC_DIR=\"$HOME/Music\"",
           "XDG_DESKTOP_DIR=\"$HOME\"", "XDG_DESKTOP_DIR=\"$HOME/\"", "XDG_DESKTOP_DIR=\"//\"",
           "XDG_DESKTOP_DIR=\"Schreibtisch\"", "XDG_DESKTOP_DIR=\"$HOMES/x\"",
-          "XDG_DESKTOP_DIR=$HOME/x", "XDG_DESKTOP_DIR=\"$HOME/no end", "XDG_DESKTOP_DIR=\"$HOME/\\",
-          "XDG_DESKTOP_DIR=\""}) {
+          "XDG_DESKTOP_DIR=$HOME/x", "XDG_DESKTOP_DIR='/data/x\"", "XDG_DESKTOP_DIR=\"$HOME/no end",
+          "XDG_DESKTOP_DIR=\"$HOME/\\", "XDG_DESKTOP_DIR=\""}) {
         EXPECT_EQ(folder_of(line), "none, untouched") << line;
     }
 }
