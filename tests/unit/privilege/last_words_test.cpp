@@ -1,13 +1,13 @@
 // What a child says between its last reading and its end counts, however much it is.
 
 #include "privilege/password_dialogue.h"
+#include "unit/privilege/quiet_runner.h"
 
 #include <gtest/gtest.h>
 
 #include <signal.h>
 #include <sys/wait.h>
 
-#include <atomic>
 #include <string>
 
 namespace {
@@ -16,17 +16,12 @@ constexpr int much = 8 * static_cast<int>(reading_length);
 
 // Asks, says what is given once it has its answer, and ends, all before anybody listens again.
 CommandOutcome outcome_of_last_words(const std::string& words) {
-    std::atomic<std::int32_t> cancel_requested{0};
-    const PrivilegedRunner runner{.title = "",
-                                  .cancel_requested = &cancel_requested,
-                                  .log = nullptr,
-                                  .sudo_path = {},
-                                  .su_path = {}};
+    QuietRunner quiet;
     const std::string script = "stty -echo; printf 'Password: '; read answer; " + words;
     const char* const arguments[] = {"/bin/sh", "-c", script.c_str(), nullptr};
     Dialogue dialogue{};
-    EXPECT_TRUE(
-        dialogue_start(&dialogue, &runner, arguments, PromptRule::named, DialoguePurpose::check));
+    EXPECT_TRUE(dialogue_start(&dialogue, &quiet.runner, arguments, PromptRule::named,
+                               DialoguePurpose::check));
     EXPECT_TRUE(dialogue_await_prompt(&dialogue));
     dialogue_answer(&dialogue, "secret");
     siginfo_t ended{};

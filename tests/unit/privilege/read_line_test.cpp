@@ -2,11 +2,11 @@
 // missing.
 
 #include "privilege/password_dialogue.h"
+#include "unit/privilege/quiet_runner.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <iterator>
 #include <string>
 
@@ -20,12 +20,12 @@ protected:
     void start(const std::string& script) {
         const std::string text = "stty -opost; " + script;
         const char* const arguments[] = {"/bin/sh", "-c", text.c_str(), nullptr};
-        ASSERT_TRUE(dialogue_start(&dialogue_, &runner_, arguments, PromptRule::any,
+        ASSERT_TRUE(dialogue_start(&dialogue_, &quiet_.runner, arguments, PromptRule::any,
                                    DialoguePurpose::check));
     }
 
     void TearDown() override {
-        cancel_requested_ = 1;
+        quiet_.cancel_requested = 1;
         static_cast<void>(dialogue_finish(&dialogue_));
         pty_child_hang_up(&dialogue_.child);
     }
@@ -44,12 +44,7 @@ protected:
     }
 
 private:
-    std::atomic<std::int32_t> cancel_requested_{0};
-    PrivilegedRunner runner_{.title = "",
-                             .cancel_requested = &cancel_requested_,
-                             .log = nullptr,
-                             .sudo_path = {},
-                             .su_path = {}};
+    QuietRunner quiet_;
     Dialogue dialogue_{};
 };
 
