@@ -64,6 +64,24 @@ TEST_P(RealInput, TwoQuickClicksAreAPressAndADoubleClick) {
     }));
 }
 
+TEST_P(RealInput, WhileThePointerIsGrabbedWhatHappensOutsideIsToldToo) {
+    point_at(10, 10);
+    desk.settle(id, &log);
+    log.clear();
+    ASSERT_TRUE(support::wait_until([&] { // a window manager may still hold it
+        window_grab_pointer(desk.engine, id);
+        point_at(250, 150);
+        person.press_button();
+        point_at(260, 150);
+        person.release_button();
+        return support::wait_until([&] { return log.has(with_id("press 250 150 1 ")); },
+                                   std::chrono::milliseconds(500));
+    })) << "a click beside the window goes unnoticed";
+    EXPECT_TRUE(log.wait_for(with_id("motion 260 150 ")));
+    EXPECT_TRUE(log.wait_for(with_id("release 260 150 1 ")));
+    window_ungrab_pointer(desk.engine);
+}
+
 TEST_P(RealInput, MotionIsToldOnlyWhileAButtonIsHeldUnlessAskedFor) {
     point_at(10, 10);
     point_at(20, 20);
