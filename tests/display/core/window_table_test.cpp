@@ -212,6 +212,16 @@ TEST_F(WindowTable, AnswersQuestionsAboutWindows) {
     EXPECT_EQ(window_is_valid(engine, window + 1000), BadWindow);
 }
 
+TEST_F(WindowTable, AWindowIsGoneAsSoonAsItHasEndedWhoeverEndedIt) {
+    const WindowId id = make();
+    EXPECT_FALSE(window_is_gone(engine, id));
+    kill_from_outside(id); // and the engine has not been told yet
+    EXPECT_TRUE(window_is_gone(engine, id)) << "a window that nobody sees is waited for";
+    const WindowId forgotten = make();
+    window_forget(engine, forgotten);
+    EXPECT_TRUE(window_is_gone(engine, forgotten));
+}
+
 TEST_F(WindowTable, ReparentingMovesTheWindowIntoItsNewParent) {
     const WindowId parent = make();
     const WindowId child = make();
