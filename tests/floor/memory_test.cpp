@@ -1,0 +1,44 @@
+// memory_test.cpp: what the program's own new and delete take, they give back.
+#include <gtest/gtest.h>
+
+#include <malloc.h>
+
+#include <cstddef>
+#include <new>
+
+namespace {
+
+constexpr std::size_t large = 1 << 20;
+
+std::size_t bytes_in_use() {
+    const struct mallinfo2 heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+}
+
+TEST(ProgramMemory, IsGivenBackHoweverItIsDeleted) {
+    const std::size_t before = bytes_in_use();
+    for (int way = 0; way < 2; ++way) {
+        // volatile: the compiler may leave out what it sees given back at once.
+        void* volatile one = operator new(large, std::nothrow);
+        void* volatile many = operator new[](large, std::nothrow);
+        ASSERT_NE(one, nullptr);
+        ASSERT_NE(many, nullptr);
+        EXPECT_GE(bytes_in_use(), before + 2 * large);
+        if (way == 0) {
+            operator delete(one);
+            operator delete[](many);
+        } else {
+            operator delete(one, large);
+            operator delete[](many, large);
+        }
+        EXPECT_LT(bytes_in_use(), before + large) << "the program's memory grows, way " << way;
+    }
+}
+
+TEST(ProgramMemory, OfNoSizeIsThereToo) {
+    void* volatile nothing = operator new(0, std::nothrow);
+    EXPECT_NE(nothing, nullptr);
+    operator delete(nothing);
+}
+
+} // namespace
