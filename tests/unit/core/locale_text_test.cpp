@@ -57,9 +57,12 @@ TEST(LocaleText, Utf8StaysWhatItIsInUtf8) {
 TEST(LocaleText, WhatIsNotUtf8CountsAsLatin1) {
     const Locale locale("C.UTF-8");
     EXPECT_EQ(converted("gr\xFCn"), "gr\xC3\xBCn");
-    EXPECT_EQ(converted("\xC3"), "\xC3\x83");                         // cut off
-    EXPECT_EQ(converted("\xC0\xAF"), "\xC3\x80\xC2\xAF");             // longer than need be
-    EXPECT_EQ(converted("\xED\xA0\x80"), "\xC3\xAD\xC2\xA0\xC2\x80"); // half of a pair
+    EXPECT_EQ(converted("\xC3"), "\xC3\x83");             // cut off
+    EXPECT_EQ(converted("\xC0\xAF"), "\xC3\x80\xC2\xAF"); // longer than need be
+    EXPECT_EQ(converted("\xE0\x80\xAF"), "\xC3\xA0\xC2\x80\xC2\xAF");
+    EXPECT_EQ(converted("\xF0\x80\x80\xAF"), "\xC3\xB0\xC2\x80\xC2\x80\xC2\xAF");
+    EXPECT_EQ(converted("\xF4\x90\x80\x80"), "\xC3\xB4\xC2\x90\xC2\x80\xC2\x80"); // too great
+    EXPECT_EQ(converted("\xED\xA0\x80"), "\xC3\xAD\xC2\xA0\xC2\x80");             // half of a pair
     EXPECT_EQ(converted("\xF5\x80\x80\x80"), "\xC3\xB5\xC2\x80\xC2\x80\xC2\x80"); // beyond all
 }
 
