@@ -11,6 +11,7 @@ constexpr const char* accented_password = "Bl\xc3\xa9-\xce\xa9"
 TEST(Locale, Utf8IsAnnouncedAndAccentedPasswordsAreTyped) {
     Scenario scenario(
         {.password = accented_password, .environment = {"LC_ALL=C.UTF-8", "ORXDPI=96"}});
+    scenario.person().get_keys_for(accented_password);
     scenario.reach_password_screen();
     scenario.give_password(accented_password);
     scenario.reach_folder_browser();

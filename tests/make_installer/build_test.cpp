@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -102,13 +101,11 @@ TEST(Build, SecondProductIsReproducibleAndTellsTheTruth) {
     }
     {
         SCOPED_TRACE("a second run has nothing to do");
-        const auto start = std::chrono::steady_clock::now();
         const Outcome again =
             make_installer({"--build", build, "--output", plain, "products/lantern-tilt"});
         EXPECT_EQ(again.status, 0) << again.complained;
         EXPECT_TRUE(bytes_of(installer) == bytes);
         EXPECT_EQ(again.said.find("Building: "), std::string::npos) << again.said;
-        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(15));
     }
     {
         SCOPED_TRACE("a changed picture is built in");

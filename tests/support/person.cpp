@@ -72,6 +72,12 @@ void Person::turn_wheel_down(int steps) {
     }
 }
 
+void Person::get_keys_for(const std::string& text) {
+    for (const char32_t character : characters_of(text)) {
+        (void)key_for(*keyboard_, keysym_of(character));
+    }
+}
+
 void Person::type(const std::string& text) {
     for (const char32_t character : characters_of(text)) {
         press_key(keysym_of(character));

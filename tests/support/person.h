@@ -38,6 +38,9 @@ public:
     void turn_wheel_up(int steps = 1);
     void turn_wheel_down(int steps = 1);
 
+    // Puts what the keyboard lacks of a UTF-8 text on spare keys: before a program looks at it, for
+    // Xlib, asking for one key while the next one changes, now and then misses that.
+    void get_keys_for(const std::string& text);
     // Types UTF-8 text. Characters the keyboard lacks are put on a spare key first.
     void type(const std::string& text);
     // Presses and releases one key, by keysym (XK_Return, XK_BackSpace, ...).
