@@ -5,6 +5,7 @@
 #include "support/child_process.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <set>
 #include <sstream>
 #include <stdexcept>
@@ -71,12 +72,14 @@ std::string differences(const std::string& archive, const std::string& folder,
 
 void prove_owner(const std::string& folder, const std::set<std::string>& tops,
                  const std::string& owner) {
+    std::vector<std::string> command = {"find"};
     for (const std::string& top : tops) {
-        const std::string others =
-            support::output_of({"find", folder + "/" + top, "!", "-user", owner}, patience);
-        if (!others.empty()) {
-            throw std::runtime_error("not of " + owner + ":\n" + others);
-        }
+        command.push_back((std::filesystem::path(folder) / top).string());
+    }
+    command.insert(command.end(), {"!", "-user", owner});
+    const std::string others = support::output_of(command, patience);
+    if (!others.empty()) {
+        throw std::runtime_error("not of " + owner + ":\n" + others);
     }
 }
 
