@@ -3,11 +3,11 @@
 # private world, compares what was installed with what the package has, and opens it with hosts and
 # inspectors that nobody here wrote.
 #
-#   scripts/third_party.sh [SUITE]          bookworm without; any that has the packages
-#   scripts/third_party.sh --life [SUITE]   the life of one plug-in in three formats, with sudo, with su
-#                                           and for one person: its first version is installed, the second
-#                                           one fails on each disk that fills up, at each file, then takes
-#                                           its place, and is removed; trees are compared each time
+#   scripts/third_party.sh [SUITE]     bookworm without; any that has the packages
+#   scripts/third_party.sh --life [SUITE [WAY...]]
+#       the life of one plug-in in three formats, each WAY of sudo, su and person: its first version is
+#       installed, the second one fails on each disk that fills up, at each file, then takes its place,
+#       and is removed; trees are compared each time
 #
 # Works on the committed sources, inside a fresh root file system, as on a machine that has nothing.
 # Needs root and the Debian archive. Prints a line for each step and a table in the end; both and the
@@ -24,6 +24,7 @@ if [ "${1:-}" = --life ]; then
     shift
 fi
 suite=${1:-bookworm}
+shift $(($# > 0))
 [[ $suite =~ ^[a-z][a-z0-9-]*$ ]] || no_root "\"$suite\" is no name of a suite."
 make_root "$suite" "" git
 tree=$(mktemp -d) || exit 2
@@ -35,4 +36,4 @@ enter_root "$root_folder" --keep-packages \
     --copy "$tree/zeph" /srv/zeph --in /srv/zeph \
     --share "$root_cache/compiled/$suite" /root/.cache/ccache \
     --fetch /srv/results "$PWD/build/third-party/$suite-$what" \
-    -- bash "scripts/third_party/$what.sh"
+    -- bash "scripts/third_party/$what.sh" "$@"

@@ -56,20 +56,23 @@ copyright/${6#/}" "members2=$second" "uninstaller=$7/bin/uninstall-third-life" \
 }
 
 echo "== lives"
+[ $# -gt 0 ] || set -- sudo su person
 players=()
-for way in sudo su; do
-    life "$way" everybody /usr/lib/lv2 /usr/lib/vst3 /usr/lib/clap /usr/share/doc/life /usr/local &
+for way in "$@"; do
+    # shellcheck disable=SC2088 # what "~" is, the one who plays knows
+    if [ "$way" = person ]; then
+        life person person "~/.lv2" "~/.vst3" "~/.clap" "~/.local/share/doc/life" "~/.local" &
+    else
+        life "$way" everybody /usr/lib/lv2 /usr/lib/vst3 /usr/lib/clap /usr/share/doc/life /usr/local &
+    fi
     players+=($!)
 done
-# shellcheck disable=SC2088 # what "~" is, the one who plays knows
-life person person "~/.lv2" "~/.vst3" "~/.clap" "~/.local/share/doc/life" "~/.local" &
-players+=($!)
 failed=0
 for each in "${players[@]}"; do
     wait "$each" || failed=1
 done
 echo
-for way in sudo su person; do
+for way in "$@"; do
     while IFS='|' read -r by step outcome machine; do
         printf '%-7s %-38s %-32s %s\n' "$by" "$step" "$outcome" "$machine"
     done < "$results/$way/steps"

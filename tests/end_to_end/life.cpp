@@ -38,6 +38,7 @@ namespace {
 
 namespace files = std::filesystem;
 
+constexpr const char* hosts_cache = "/run/hosts";
 constexpr const char* saved = "/run/saved.tar";
 constexpr const char* failures[] = {"Failed to copy files - ",
                                     "Unable to extract installer data - "};
@@ -230,7 +231,10 @@ void Life::use(const Version& version) const {
             throw std::runtime_error(path + " is still there");
         }
     }
-    support::ChildProcess hosts(support::run_as(account_, command, {}));
+    files::create_directories(hosts_cache); // which is none of the product's doing
+    support::give_to(account_, hosts_cache);
+    support::ChildProcess hosts(
+        support::run_as(account_, command, {std::string("XDG_CACHE_HOME=") + hosts_cache}));
     const auto end = hosts.wait_for_end(std::chrono::minutes{5});
     if (!end || end->exit_status != 0) {
         throw std::runtime_error("hosts do not find it:\n" + hosts.output() + hosts.error_output());
