@@ -67,19 +67,19 @@ remove_file() {
     else
         return
     fi
-    printf '%s\n' "$line" >> "$list.left"
+    left=$left$line$line_feed
 }
 
 remove_folder() {
     [ -d "$path" ] && [ ! -L "$path" ] && leads_where_it_did || return
     rmdir -- "$path" 2> /dev/null && return
     say "stays, as there is more in it: $path"
-    [ -z "$list" ] || printf '%s\n' "$line" >> "$list.left"
+    left=$left$line$line_feed
 }
 
-# false when files are left; their lines are in LIST.left then.
+# false when files are left. Their lines are in "left", not in a file: a full disk may be the reason.
 remove_files() {
-    : > "$list.left" || return
+    left=""
     while IFS= read -r line; do
         if [ "$line" != end ] && ! understand; then
             say "not understood, nothing done: $line"
@@ -88,16 +88,16 @@ remove_files() {
         fi
     done < "$list"
     folders=$(grep '^folder ' "$list" | sort -ru) # what is in a folder before the folder
-    ! [ -s "$list.left" ]
+    [ -z "$left" ]
 }
 
 remove_own_files() {
-    rm -f -- "$list" "$list.left" "$own"
+    rm -f -- "$list" "$own"
     rmdir -- "${list%/*}" 2> /dev/null
     list=
 }
 
-# Those that stay are on the list again, if there is still one.
+# Those that stay are on the list again, if there is still one; without room for that it stays whole.
 remove_folders() {
     while IFS= read -r line; do
         if [ -n "$line" ] && understand; then
@@ -106,7 +106,12 @@ remove_folders() {
     done << FOLDERS
 $folders
 FOLDERS
-    [ -z "$list" ] || mv -f -- "$list.left" "$list"
+    [ -n "$list" ] || return
+    if { printf '%s' "$left" > "$list.left"; } 2> /dev/null; then
+        mv -f -- "$list.left" "$list"
+    else
+        rm -f -- "$list.left"
+    fi
 }
 
 main() {

@@ -318,6 +318,20 @@ TEST_P(Uninstaller, WithoutRoomForItselfIsNotLeftOut) {
     EXPECT_EQ(tree_of(place), before);
 }
 
+// Somebody may remove it to have room again.
+TEST_P(Uninstaller, NeedsNoRoom) {
+    install_version();
+    const support::SmallDisk disk(prefix + "/share");
+    disk.leave_room_for_files(0);
+    support::write_file(folder + "/" + bundle + "/manifest.ttl", "changed");
+    EXPECT_EQ(uninstall(), 1);
+    EXPECT_TRUE(says("left alone, as it was changed since: ")) << said_;
+    EXPECT_FALSE(fs::exists(folder + "/" + bundle + "/tilt.so"));
+    EXPECT_EQ(uninstall({"--force"}), 0) << said_;
+    EXPECT_FALSE(fs::exists(folder + "/" + bundle));
+    EXPECT_FALSE(fs::exists(uninstaller));
+}
+
 TEST_P(Uninstaller, AFailedOrAbandonedInstallationLeavesNone) {
     ASSERT_EQ(run_step(GetParam(), "put_beside", folder, keeping()), 0);
     EXPECT_TRUE(fs::exists(list + ".new"));
