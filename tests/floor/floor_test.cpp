@@ -57,6 +57,17 @@ TEST(Floor, InstallerNeedsOnlyTheseLibraries) {
                                              "libpthread.so.0", "libutil.so.1"}));
 }
 
+TEST(Floor, GivesAProgramWhatTheCLibraryWould) {
+    const ScratchFolder folder;
+    std::ofstream(folder.file("seven")) << "7 bytes";
+    support::ChildProcess program({.command = {PROGRAM_ON_THE_FLOOR, folder.file("seven")}});
+    const auto end = program.wait_for_end();
+    EXPECT_EQ(program.output(), "");
+    EXPECT_EQ(program.error_output(), "");
+    ASSERT_TRUE(end.has_value());
+    EXPECT_EQ(end->exit_status, 0);
+}
+
 TEST(Floor, CheckNamesEachSymbolAboveIt) {
     const ScratchFolder folder;
     const std::string library = library_that_calls(

@@ -66,6 +66,16 @@ TEST_F(EngineLocksDeathTest, LoopAfterXAborts) {
         },
         "loop_lock taken out of order");
 }
+
+TEST_F(EngineLocksDeathTest, LoopAfterTableAndXAborts) {
+    EXPECT_DEATH(
+        {
+            const TableLockGuard table(engine.get());
+            const XLockGuard x(engine.get());
+            const LoopLockGuard loop(engine.get());
+        },
+        "loop_lock taken out of order");
+}
 #endif
 
 } // namespace
