@@ -89,6 +89,7 @@ TEST_F(HostileEvents, AWindowEndedByAnotherClientGivesItsSlotBack) {
     xcb_destroy_window(desk.view.connection(), send.window);
     xcb_flush(desk.view.connection());
     EXPECT_TRUE(support::wait_until([&] { return window_x_window(desk.engine, id) == 0; }));
+    EXPECT_TRUE(log.wait_for("close 0 0 " + std::to_string(id)));
     settle();
     EXPECT_EQ(desk.make_window(&log), id);
 }

@@ -67,6 +67,8 @@ TEST_F(Timers, AnEngineTickThatReturnsFalseComesOnce) {
     ASSERT_TRUE(log.wait_for_count("tick", 5));
     EXPECT_EQ(engine_ticks, 1);
     EXPECT_EQ(engine->tick_callback, nullptr);
+    engine_set_tick_pointer(engine, &log);
+    EXPECT_EQ(engine->tick_pointer, &log);
 }
 
 TEST_F(Timers, AWindowEndedInATickMakesNoOtherMissIt) {
