@@ -1,10 +1,13 @@
-// memory_test.cpp: what the program's own new and delete take, they give back.
+// memory_test.cpp: what the program has in place of the C++ library: its new and delete give back
+// what they take, and a lock that fails ends it.
 #include <gtest/gtest.h>
 
 #include <malloc.h>
 
+#include <csignal>
 #include <cstddef>
 #include <new>
+#include <system_error>
 
 namespace {
 
@@ -39,6 +42,10 @@ TEST(ProgramMemory, OfNoSizeIsThereToo) {
     void* volatile nothing = operator new(0, std::nothrow);
     EXPECT_NE(nothing, nullptr);
     operator delete(nothing);
+}
+
+TEST(ProgramLocks, ThatCannotBeTakenEndTheProgram) {
+    EXPECT_EXIT(std::__throw_system_error(1), testing::KilledBySignal(SIGABRT), "");
 }
 
 } // namespace
