@@ -61,7 +61,7 @@ void scroll_bar_set_position(ScrollBar* bar, float fraction) {
 }
 
 float scroll_bar_get_position(ScrollBar* bar) {
-    bar->fraction = std::clamp(thumb_fraction(bar), 0.0F, 1.0F);
+    bar->fraction = thumb_fraction(bar);
     return bar->fraction;
 }
 
