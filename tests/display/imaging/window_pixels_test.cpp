@@ -48,6 +48,16 @@ TEST_F(WindowPixels, ScrollMovesTheBandUp) {
     }));
 }
 
+TEST_F(WindowPixels, ScrollByOnePixelMovesTheBandToo) {
+    for (const int dy : {1, -1}) {
+        show_picture();
+        orx_window_scroll(desk.engine, id, 10, 20, 50, 40, dy);
+        EXPECT_TRUE(shows(desk, id, {10, 22, 50, 36}, 0, [dy](int x, int y) {
+            return colour_at(x, y - dy);
+        })) << dy;
+    }
+}
+
 TEST_F(WindowPixels, ScrollByMoreThanTheBandOrByNothingMovesNothing) {
     show_picture();
     for (const int dy : {0, 40, 41, 1000, INT_MAX, -40, -41, INT_MIN}) {

@@ -81,6 +81,7 @@ const std::vector<Format>& formats() {
         {"30", 30, 32, 0x3FF00000, 0xFFC00, 0x3FF},
         {"32", 32, 32, 0xFF0000, 0xFF00, 0xFF},
         {"32 high", 32, 32, 0xFF000000, 0xFF0000, 0xFF00},
+        {"32 between bytes", 32, 32, 0xFF00000, 0xFF000, 0xFF0},
         {"32 one byte twice", 32, 32, 0xFF0000, 0xFF00, 0xFF00},
         {"8 palette", 8, 8, 0, 0, 0},
     };

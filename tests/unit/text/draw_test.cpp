@@ -252,6 +252,9 @@ TEST_F(DrawTest, AbsurdPensColoursAndImagesStayInMemory) {
         put_glyph_pixel(text_, &image.pixbuf, any(), any(), any(), any(), any());
     }
     draw_text(text_, nullptr, "abc", 0, 0, 1, 2, 3, 9);
+    draw_glyph(text_, nullptr, 'a', 0, 9, 1, 2, 3);
+    blend_glyph_pixel(text_, nullptr, 0, 0, 1, 2, 3, 255);
+    put_glyph_pixel(text_, nullptr, 0, 0, 1, 2, 3);
     GuardedPixbuf image(9, 9);
     draw_text(text_, &image.pixbuf, nullptr, 0, 9, 1, 2, 3, 9);
     EXPECT_EQ(image.bytes(), std::vector<std::uint8_t>(9 * 9 * 4));
