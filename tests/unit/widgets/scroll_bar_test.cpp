@@ -159,6 +159,17 @@ TEST_F(ScrollBarTest, HitsAreScaledAndPutAStrayThumbBack) {
     EXPECT_TRUE(scroll_bar_hit_above_thumb(&bar, 930, 122));
 }
 
+TEST_F(ScrollBarTest, AClickBesideAStrayThumbIsJudgedByWhereItBelongs) {
+    scroll_bar_set_percent(&bar, 10.0F);
+    scroll_bar_set_position(&bar, 0.0F);
+    scroll_bar_drag(&bar, -1000); // below the track
+    EXPECT_TRUE(scroll_bar_hit_above_thumb(&bar, 620, 300));
+    EXPECT_FALSE(scroll_bar_hit_above_thumb(&bar, 620, 350)) << "on the thumb";
+    scroll_bar_drag(&bar, 1000); // above it
+    EXPECT_FALSE(scroll_bar_hit_below_thumb(&bar, 620, 90)) << "on the thumb";
+    EXPECT_TRUE(scroll_bar_hit_below_thumb(&bar, 620, 300));
+}
+
 TEST_F(ScrollBarTest, DrawsItsFrameWithCornersAndItsThumbInside) {
     place(6, 8, 8, 60);
     scroll_bar_set_percent(&bar, 50.0F); // 29 rows
