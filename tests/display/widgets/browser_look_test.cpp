@@ -21,7 +21,7 @@ void fill_with_everyday_things(const TestFolder& folder) {
     for (const char* name : {"readme.txt", "track2.wav", "track10.wav",
                              "\xC3\x9C"
                              "bung.ogg",
-                             ".hidden"}) {
+                             ".hidden", ".gjpqy"}) {
         folder.add_file(name);
     }
 }

@@ -69,7 +69,7 @@ struct FolderDialog {
     const unsigned char* icon; // not owned, null = none
     WindowId owner;            // the window that the dialog belongs to, no_window = none
     FolderReading* reading;    // under way, owned; null = none
-    bool entering;             // it reads another folder than the one that is shown
+    bool entering;             // what it reads, or read last, is another folder than before
     bool list_band_drawn[folder_list_band_count];
     std::mutex mutex;
 };

@@ -67,7 +67,6 @@ void show_read(FolderDialog* dialog) {
         folder_dialog_paint_path(dialog);
         std::free(dialog->chosen_path);
         dialog->chosen_path = nullptr;
-        dialog->entering = false;
     }
     orx_window_set_busy_cursor(dialog->engine, dialog->window, false);
 }
