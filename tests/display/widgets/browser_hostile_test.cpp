@@ -9,9 +9,11 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <xcb/xcb.h>
 
 #include <atomic>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <thread>
 #include <vector>
@@ -46,6 +48,25 @@ long resident_kilobytes() {
     EXPECT_EQ(std::fscanf(file, "%ld %ld", &ignored, &pages), 2);
     std::fclose(file);
     return pages * (sysconf(_SC_PAGESIZE) / 1024);
+}
+
+// Whether the server still has it.
+bool is_there(const BrowserDesk& desk, unsigned long pixmap) {
+    xcb_connection_t* other = desk.view.connection();
+    xcb_get_geometry_reply_t* reply = xcb_get_geometry_reply(
+        other, xcb_get_geometry(other, static_cast<xcb_drawable_t>(pixmap)), nullptr);
+    std::free(reply);
+    return reply != nullptr;
+}
+
+TEST(BrowserPicture, OfTheListIsGivenBackWithTheBrowser) {
+    const TestFolder folder;
+    BrowserDesk desk(folder.path());
+    desk.open();
+    const unsigned long picture = desk.dialog->list_pixmap;
+    EXPECT_TRUE(is_there(desk, picture));
+    folder_dialog_close(desk.dialog.get());
+    EXPECT_FALSE(is_there(desk, picture)) << "the server keeps the picture of each folder seen";
 }
 
 TEST(BrowserClosedFolder, ThatCannotBeEnteredIsNotShown) {
