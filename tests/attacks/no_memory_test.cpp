@@ -59,8 +59,8 @@ protected:
 };
 
 // A good run has some 310 requests. These fall about where sudo is looked for, where the windows
-// are painted, where the browser is made and where the archive is extracted; the last one never
-// comes.
+// are painted, where the password is taken, where the browser is made and where the archive is
+// extracted; the last one never comes.
 INSTANTIATE_TEST_SUITE_P(Request, NoMemoryFor,
                          testing::ValuesIn(no_memory::requests({
                              "EVERY=2",
@@ -69,6 +69,7 @@ INSTANTIATE_TEST_SUITE_P(Request, NoMemoryFor,
                              "EVERY=60",
                              "AT=3",
                              "AT=48",
+                             "AT=53",
                              "AT=134",
                              "AT=185",
                              "AT=100000",

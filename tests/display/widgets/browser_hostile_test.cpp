@@ -59,10 +59,11 @@ bool is_there(const BrowserDesk& desk, unsigned long pixmap) {
     return reply != nullptr;
 }
 
-TEST(BrowserPicture, OfTheListIsGivenBackWithTheBrowser) {
+TEST(BrowserPicture, OfTheListIsDrawnOnceAndGivenBackWithTheBrowser) {
     const TestFolder folder;
     BrowserDesk desk(folder.path());
     desk.open();
+    EXPECT_TRUE(desk.dialog->list_band_drawn[0]) << "rows are drawn again with each step";
     const unsigned long picture = desk.dialog->list_pixmap;
     EXPECT_TRUE(is_there(desk, picture));
     folder_dialog_close(desk.dialog.get());
