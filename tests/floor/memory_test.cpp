@@ -9,6 +9,10 @@
 #include <new>
 #include <system_error>
 
+// Not every compiler declares these without being asked.
+void operator delete(void* memory, std::size_t size) noexcept;
+void operator delete[](void* memory, std::size_t size) noexcept;
+
 namespace {
 
 constexpr std::size_t large = 1 << 20;
