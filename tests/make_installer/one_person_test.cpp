@@ -1,4 +1,5 @@
 // one_person_test.cpp: an installation for one person, who has no way to become root.
+#include "end_to_end/expectations.h"
 #include "end_to_end/scenario.h"
 #include "faults/surroundings.h"
 
@@ -89,7 +90,9 @@ protected:
     void expect_refused(const std::string& reason) {
         scenario_.reach_last_screen();
         EXPECT_TRUE(tells_of("Failed to copy files - " + reason)) << scenario_.console();
-        EXPECT_EQ(scenario_.lines_shown(scenario_.picture_of(scenario_.main_window())), "0 2 3 5");
+        const support::Picture screen = scenario_.picture_of(scenario_.main_window());
+        EXPECT_EQ(scenario_.lines_shown(screen), "0 2 3 5");
+        EXPECT_TRUE(end_to_end::line_reads(screen, 3, "Failed to copy files"));
         EXPECT_EQ(tree(), before_);
         finish();
     }
