@@ -60,12 +60,12 @@ protected:
 };
 
 TEST_F(Entries, SudoRunsTheWordsOfACommandAsRoot) {
-    const RunnerOutcome outcome = call("sudo_run", "cp /etc/shadow /root/copy");
+    const RunnerOutcome outcome = call("sudo_run", "cp /etc/shadow /etc/copy");
     EXPECT_EQ(outcome.result, 1) << outcome.text;
-    EXPECT_EQ(text_of("/root/copy"), text_of("/etc/shadow"));
+    EXPECT_EQ(text_of("/etc/copy"), text_of("/etc/shadow"));
     EXPECT_EQ(outcome.descriptors, "none");
     EXPECT_EQ(outcome.children, "none");
-    files::remove("/root/copy");
+    files::remove("/etc/copy");
 }
 
 TEST_F(Entries, SudoRunTellsAFailedCommandAndARefusedPassword) {

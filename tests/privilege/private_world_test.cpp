@@ -41,6 +41,7 @@ TEST(PrivateWorld, LeavesTheMachineAsItWas) {
         support::write_file("/usr/lib/passer-by", "x");
         support::write_file("/var/log/passer-by", "x");
         support::write_file("/tmp/passer-by", "x");
+        support::write_file("/opt/passer-by", "x");
         EXPECT_NE(getpwnam("passer-by"), nullptr);
         EXPECT_FALSE(files::exists("/usr/bin/sudo"));
         EXPECT_EQ(files::current_path(), folder);
@@ -49,8 +50,8 @@ TEST(PrivateWorld, LeavesTheMachineAsItWas) {
     EXPECT_EQ(text_of("/etc/shadow"), secrets);
     EXPECT_EQ(text_of("/etc/sudoers"), rules);
     EXPECT_TRUE(files::exists("/usr/bin/sudo"));
-    for (const char* path :
-         {"/usr/lib/passer-by", "/var/log/passer-by", "/tmp/passer-by", "/home/passer-by"}) {
+    for (const char* path : {"/usr/lib/passer-by", "/var/log/passer-by", "/tmp/passer-by",
+                             "/opt/passer-by", "/home/passer-by"}) {
         EXPECT_FALSE(files::exists(path)) << path;
     }
     EXPECT_EQ(files::current_path(), folder);

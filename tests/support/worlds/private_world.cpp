@@ -154,6 +154,7 @@ PrivateWorld::PrivateWorld(const WorldOptions& options) {
     empty_folder("/tmp", "1777", kept);
     empty_folder("/run", "755", kept);
     empty_folder("/home", "755", kept);
+    empty_folder("/opt", "755", kept);
     files::current_path(working_folder);
 
     files::remove_all("/etc/sudoers.d");

@@ -4,7 +4,7 @@
 // Entering gives the calling process a network of its own, without any other machine in it (the
 // display numbers are its own, too), and a private mount namespace, in which
 //   /etc, /usr and /var   are the machine's, but everything written to them goes to memory,
-//   /tmp, /run and /home  are empty,
+//   /tmp, /run, /home, /opt  are empty,
 //   sudo                  knows a plain set of rules (root and group sudo may do everything, in
 //                         use since long: env_reset, secure_path), and no mailer is found.
 // What the test itself runs from (its working folder, its executable's folder, those in
