@@ -16,7 +16,7 @@ struct MatrixRow {
     Account account;
     RunnerCall call;
     int expected;
-    int longest_ms; // that it may take, on a machine with other things to do
+    int longest_ms; // that it may take where nothing else is to be done
 };
 
 // Runs all rows, a few at a time, prints the table, and fails the test for each row with another
