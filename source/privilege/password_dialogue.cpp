@@ -14,6 +14,7 @@ constexpr std::int32_t hidden_settled_ms = 250;    // for a prompt that is still
 constexpr std::int32_t same_line_prompt_ms = 2000; // for one in the line of the answer
 constexpr std::int32_t echoing_prompt_ms = 3000;
 constexpr std::int32_t strange_question_ms = 10000;
+constexpr std::int32_t unread_answer_ms = 60000; // busy machines have handed one over after 26 s
 constexpr std::int32_t command_grace_ms = 30000;
 constexpr std::int32_t survivor_patience_ms = 2000;
 constexpr std::int32_t last_readings = 256; // of what a child that has ended left behind
@@ -54,7 +55,9 @@ bool asks_as_sudo_rs(const Dialogue* dialogue) {
 }
 
 bool asks_what_nobody_answers(const Dialogue* dialogue) {
-    return dialogue->text.line_is_open && quiet_ms(dialogue) >= strange_question_ms &&
+    const std::int32_t patience =
+        dialogue->text.answer_line ? unread_answer_ms : strange_question_ms;
+    return dialogue->text.line_is_open && quiet_ms(dialogue) >= patience &&
            pty_child_typing(&dialogue->child) == PtyTyping::hidden;
 }
 

@@ -10,7 +10,8 @@
 //
 // When is it refused? When sudo complains, or when a password is asked for a second time (which
 // needs no language), or when a question that is not understood stands for ten seconds in a
-// terminal that hides the answer: nobody will ever give one.
+// terminal that hides the answer: nobody will ever give one. While nothing has come since the
+// answer but the rest of its line, it may not have been read yet, and a minute is waited.
 //
 // sudo-rs asks for the password even of a person who wants to be nobody else. Where nothing is to
 // be typed, that it asks is all there is to know, and it is hung up on.

@@ -44,7 +44,7 @@ void run_matrix(const std::string& title, const std::vector<MatrixRow>& rows) {
             running.emplace_back(rows[i].account, rows[i].call);
         }
         for (RunningCall& call : running) {
-            outcomes.push_back(call.outcome(std::chrono::seconds(40)));
+            outcomes.push_back(call.outcome(std::chrono::seconds(120)));
         }
     }
     std::printf("%s\n%-44s %-22s %-6s %-9s %8s\n", title.c_str(), "tool", "password", "locale",

@@ -146,6 +146,9 @@ TEST_F(StandInMatrix, SlowModules) {
             {"fingerprint after a lecture", false,
              with(sudo_1_8, {"lecture=" + lecture + "Swipe your finger\\r\\n", "wait=6000"}), 13000,
              15000},
+            {"answer read after 12 s", false, with(sudo_1_8, {"read=12000"}), 18000, 20000},
+            {"answer read after 12 s (su)", true, with(su_of_sudo_rs, {"read=12000", "tries=1"}),
+             18000, 20000},
             {"judged for 8 s", false, with(sudo_1_8, {"judge=8000"}), 14000, 16000},
             {"judged for 8 s (su)", true, with(su_of_sudo_rs, {"judge=8000"}), 14000, 16000},
         }));

@@ -9,6 +9,7 @@
 //   prompt=TEXT         second_prompt=TEXT if it is another one the second time
 //   hide=before|after|never   echo is switched off before the prompt, after it, or not at all;
 //                       hide_ms=MS passes between a prompt and its hiding after it
+//   read=MS             before it reads what is typed: a busy machine
 //   stars=1             asterisks for what is typed, and their removal
 //   newline=0           no line feed after the password
 //   judge=MS            how long the right or wrong password is thought about
@@ -108,6 +109,7 @@ bool ask(bool again) {
         pause("hide_ms");
         set_echo(false);
     }
+    pause("read");
     const std::string line = read_line();
     if (value("stars") == "1") {
         say(std::string(line.size(), '*') + std::string(line.size(), '\b') + "\x1b[0K");
