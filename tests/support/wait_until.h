@@ -13,7 +13,7 @@
 namespace support {
 
 // Long enough for a loaded machine under a sanitizer; a passing test never waits it out.
-inline constexpr std::chrono::milliseconds default_patience{20'000};
+inline constexpr std::chrono::milliseconds default_patience{60'000};
 
 // True as soon as predicate() is; false after patience, with the text of diagnostics() printed.
 [[nodiscard]] bool wait_until(const std::function<bool()>& predicate,
