@@ -24,12 +24,19 @@ std::int64_t quiet_ms(const Dialogue* dialogue) {
     return monotonic_ms() - dialogue->last_output_at;
 }
 
+// How long a prompt must stand before it counts. One in the line of an answer is a second one,
+// unless the answer was typed before the first was to be seen.
+std::int32_t settled_ms(const PromptText& text) {
+    if (!text.answer_line) {
+        return prompt_settled_ms;
+    }
+    return text.answered_blind ? unread_answer_ms : same_line_prompt_ms;
+}
+
 // A prompt stands at the end of the text. Its line must be settled and echo off, so that neither
 // the rest of a prompt nor a command's half-written line is taken for another one.
 bool asks_by_name(const Dialogue* dialogue) {
-    const std::int32_t settled =
-        dialogue->text.answer_line ? same_line_prompt_ms : prompt_settled_ms;
-    if (!dialogue->text.prompt_is_open || quiet_ms(dialogue) < settled) {
+    if (!dialogue->text.prompt_is_open || quiet_ms(dialogue) < settled_ms(dialogue->text)) {
         return false;
     }
     const PtyTyping typing = pty_child_typing(&dialogue->child);

@@ -99,6 +99,7 @@ void prompt_text_answered(PromptText* text) {
     const bool line_is_open = text->line_is_open;
     *text = PromptText{};
     text->answer_line = true;
+    text->answered_blind = !line_is_open;
     text->line_is_open = line_is_open;
     text->sudo_rs_matched = begins_otherwise;
 }

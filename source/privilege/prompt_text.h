@@ -34,6 +34,7 @@ struct PromptText {
     std::uint8_t sudo_matched;
     std::uint8_t sudo_rs_matched; // the same, from the line's beginning
     bool answer_line;             // still in the line that an answer was typed into
+    bool answered_blind;          // that line showed nothing when the answer was typed
     bool line_is_open;            // the last line holds something visible and has not ended
     bool prompt_is_open;          // the last line has not ended and holds "password"
     bool prompt_mentioned;        // "password" has been seen in any line
@@ -50,5 +51,6 @@ struct PromptText {
 void prompt_text_feed(PromptText* text, const char* bytes, std::size_t count);
 
 // A password has been typed: everything so far is forgotten, and answer_line is set until the
-// current line ends. What is still to come of it may be a rest of the prompt, asterisks or an echo.
+// current line ends. What is still to come of it may be a rest of the prompt, asterisks or an echo,
+// or, where the answer was typed blind, the prompt itself.
 void prompt_text_answered(PromptText* text);

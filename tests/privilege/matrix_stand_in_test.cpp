@@ -149,6 +149,11 @@ TEST_F(StandInMatrix, SlowModules) {
             {"answer read after 12 s", false, with(sudo_1_8, {"read=12000"}), 18000, 20000},
             {"answer read after 12 s (su)", true, with(su_of_sudo_rs, {"read=12000", "tries=1"}),
              18000, 20000},
+            {"echo off, prompt and reading 3 s apart (su)",
+             true,
+             {"prompt=Password: ", "prompt_ms=3000", "read=3000", "tries=1"},
+             12000,
+             14000},
             {"judged for 8 s", false, with(sudo_1_8, {"judge=8000"}), 14000, 16000},
             {"judged for 8 s (su)", true, with(su_of_sudo_rs, {"judge=8000"}), 14000, 16000},
         }));

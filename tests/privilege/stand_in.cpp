@@ -10,6 +10,7 @@
 //   hide=before|after|never   echo is switched off before the prompt, after it, or not at all;
 //                       hide_ms=MS passes between a prompt and its hiding after it
 //   read=MS             before it reads what is typed: a busy machine
+//   prompt_ms=MS        before the prompt, when what is typed may already be hidden
 //   stars=1             asterisks for what is typed, and their removal
 //   newline=0           no line feed after the password
 //   judge=MS            how long the right or wrong password is thought about
@@ -104,6 +105,7 @@ bool ask(bool again) {
     if (value("hide", "before") == "before") {
         set_echo(false);
     }
+    pause("prompt_ms");
     say(again && settings.contains("second_prompt") ? value("second_prompt") : value("prompt"));
     if (value("hide", "before") == "after") {
         pause("hide_ms");

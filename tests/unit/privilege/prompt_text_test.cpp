@@ -51,6 +51,16 @@ TEST(PromptText, OtherTextIsNoPrompt) {
     }
 }
 
+TEST(PromptText, AnAnswerIsTypedBlindWhereNoPromptIsToBeSeen) {
+    for (const auto& [text, blind] : {std::pair{"", true},
+                                      {"Place your finger on the reader\r\n", true},
+                                      {"Password: ", false}}) {
+        PromptText state = after(text);
+        prompt_text_answered(&state);
+        EXPECT_EQ(state.answered_blind, blind) << text;
+    }
+}
+
 TEST(PromptText, ALectureMentionsThePasswordWithoutAskingForIt) {
     const PromptText state =
         after("For security reasons, the password you type will not be visible.\r\n\r\n");
