@@ -129,6 +129,15 @@ TEST_F(HostileStart, ASecondQuestionThatNobodyCanAnswerIsARefusal) {
     }
 }
 
+TEST_F(HostileStart, AnAnswerThatNobodyReadsIsARefusal) {
+    const std::string path = support::install_stand_in(
+        "asleep", {"prompt=password", "password=" + password, "read=600000"});
+    const RunnerOutcome outcome = call("sudo_check_password", "", {"sudo=" + path});
+    EXPECT_TRUE(outcome.ended);
+    EXPECT_EQ(outcome.result, 0) << outcome.text;
+    EXPECT_EQ(outcome.children, "none");
+}
+
 TEST_F(HostileStart, AProbeThatIsAskedForAPasswordCountsAsFailed) {
     const std::string path = support::install_stand_in("asker", {"prompt=password", "probe=ask"});
     const RunnerOutcome outcome = call("sudo_probe", "user", {"sudo=" + path});

@@ -46,7 +46,7 @@ private:
 // Starts a call and waits for its outcome.
 [[nodiscard]] RunnerOutcome
 call_runner(const Account& account, const RunnerCall& call,
-            std::chrono::milliseconds patience = std::chrono::seconds(55));
+            std::chrono::milliseconds patience = std::chrono::seconds(120));
 
 // Installs a program that plays a sudo or su, from NAME=VALUE settings; gives its path.
 [[nodiscard]] std::string install_stand_in(const std::string& name,
